@@ -1,58 +1,128 @@
-// Processing and design costs. Run: build/release/bench/mivora_bench
+// Processing figures: doProcess per order and block size, cal per call, the
+// straightforward loop they replace, the latency bounds, and processing while
+// the state has decayed into subnormal numbers.
 #include <benchmark/benchmark.h>
-#include <mivora/IirProcess.h>
 
-#include <vector>
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+
+#include "bench_registry.hpp"
+#include "bench_support.hpp"
+
+namespace mivora_bench {
 
 namespace {
 
-using Mivora::IirProcess;
-
-// A stable filter of the given order with every stage doing real work.
-IirProcess filterOfOrder(int order) {
-    IirProcess f;
-    f.setCoefPDFPQ(1000.0, 48000.0, 6.0, 1.0);
-    f.setOrder(order);  // section 1 and the first-order section stay zero
-    return f;
+void perItem(benchmark::State& st, double items, const char* counter) {
+    st.counters[counter] = benchmark::Counter(items, benchmark::Counter::kIsIterationInvariantRate |
+                                                         benchmark::Counter::kInvert);
 }
 
-void BM_doProcess(benchmark::State& state) {
-    const int order = static_cast<int>(state.range(0));
-    const auto block = static_cast<unsigned>(state.range(1));
-    IirProcess f = filterOfOrder(order);
+int orderArg(const benchmark::State& st) { return static_cast<int>(st.range(0)); }
+unsigned blockArg(const benchmark::State& st) { return static_cast<unsigned>(st.range(1)); }
+
+// In place, on fresh input each turn (refiltering its own output would drift
+// towards silence or overflow). The copy costs about 1% at block 64.
+template <class Run>
+void inPlaceBlocks(benchmark::State& st, const std::vector<float>& src, Run&& run) {
+    const unsigned block = static_cast<unsigned>(src.size());
     std::vector<float> buf(block);
-    for (unsigned i = 0; i < block; ++i) buf[i] = static_cast<float>((i * 7919u % 2001u)) / 1000.0f - 1.0f;
-    for (auto _ : state) {
-        f.doProcess(buf.data(), buf.data(), block);
+    for (auto _ : st) {
+        std::copy(src.begin(), src.end(), buf.begin());
+        run(buf.data(), block);
         benchmark::DoNotOptimize(buf.data());
         benchmark::ClobberMemory();
     }
-    state.counters["ns/sample"] = benchmark::Counter(static_cast<double>(block),
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    perItem(st, block, "ns/sample");
 }
-BENCHMARK(BM_doProcess)->ArgsProduct({{0, 1, 2, 3, 4, 5}, {64, 256, 4096}})->ArgNames({"order", "block"});
 
-void BM_calDouble(benchmark::State& state) {
-    IirProcess f = filterOfOrder(2);
-    double x = 0.5;
-    for (auto _ : state) {
-        x = f.cal(x) * 0.5 + 0.25;
-        benchmark::DoNotOptimize(x);
-    }
+void processBlock(benchmark::State& st) {
+    IirProcess f = busyFilter(orderArg(st));
+    inPlaceBlocks(st, noise(blockArg(st), 1), [&f](float* buf, unsigned n) { f.doProcess(buf, buf, n); });
 }
-BENCHMARK(BM_calDouble);
 
-void BM_setCoefPDFPQ(benchmark::State& state) {
-    IirProcess f;
-    double freq = 1000.0;
-    for (auto _ : state) {
-        f.setCoefPDFPQ(freq, 48000.0, 6.0, 0.7);
-        benchmark::DoNotOptimize(&f);
-        freq = freq < 20000.0 ? freq + 1.0 : 1000.0;
-    }
+void straightforward(benchmark::State& st) {
+    PlainFilter f = plainCopy(busyFilter(orderArg(st)));
+    inPlaceBlocks(st, noise(blockArg(st), 1), [&f](float* buf, unsigned n) { straightforwardBlock(f, buf, buf, n); });
 }
-BENCHMARK(BM_setCoefPDFPQ);
+
+void calDouble(benchmark::State& st) {
+    constexpr unsigned n = 256;
+    IirProcess f = busyFilter(orderArg(st));
+    const std::vector<float> src = noise(n, 2);
+    const std::vector<double> in(src.begin(), src.end());
+    std::vector<double> out(n);
+    for (auto _ : st) {
+        for (unsigned i = 0; i < n; ++i) out[i] = f.cal(in[i]);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    perItem(st, n, "ns/call");
+}
+
+void bound(benchmark::State& st) {
+    constexpr unsigned n = 2048;
+    const int fmas = static_cast<int>(st.range(0));
+    // Feedback of the benchmark filter's section 0 / first-order section.
+    double c[IirProcess::maxCoefCount];
+    busyFilter(3).getCoef(c);
+    const std::vector<float> src = noise(n, 3);
+    std::vector<double> acc(n);
+    for (unsigned i = 0; i < n; ++i) acc[i] = 0.1 * src[i];
+    double s[2] = {0.0, 0.0};
+    for (auto _ : st) {
+        if (fmas == 2) boundTwoFma(acc.data(), n, c[3], c[4], s);
+        else boundOneFma(acc.data(), n, c[7], s);
+        benchmark::DoNotOptimize(s);
+        benchmark::ClobberMemory();
+    }
+    perItem(st, n, "ns/sample");
+}
+
+bool allSubnormalOrZero(const IirProcess& f) {
+    double s[10];
+    f.getDelay(s);
+    return std::all_of(s, s + 10, [](double v) { return std::fabs(v) < DBL_MIN; });
+}
+
+int subnormalCount(const IirProcess& f) {
+    double s[10];
+    f.getDelay(s);
+    return static_cast<int>(std::count_if(s, s + 10, [](double v) { return std::fpclassify(v) == FP_SUBNORMAL; }));
+}
+
+// Noise, then silence until every state value has decayed below the normal
+// range; then the cost of further silence with the state where the decay left
+// it (rounding can hold a section in a small limit cycle of subnormals).
+void decayed(benchmark::State& st) {
+    IirProcess f = busyFilter(orderArg(st));
+    std::vector<float> buf = noise(4096, 4);
+    f.doProcess(buf.data(), buf.data(), 4096);
+    double silence = 0;
+    while (!allSubnormalOrZero(f) && silence < 1e8) {
+        std::fill(buf.begin(), buf.end(), 0.0f);
+        f.doProcess(buf.data(), buf.data(), 4096);
+        silence += 4096;
+    }
+    st.counters["silence"] = silence;
+    inPlaceBlocks(st, std::vector<float>(blockArg(st), 0.0f), [&f](float* b, unsigned n) { f.doProcess(b, b, n); });
+    st.counters["subnormals"] = subnormalCount(f);
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+void registerProcessingBenchmarks() {
+    const std::vector<int64_t> orders = {0, 1, 2, 3, 4, 5};
+    const std::vector<int64_t> blocks = {64, 256, 4096};
+    benchmark::RegisterBenchmark(kProcess, processBlock)->ArgsProduct({orders, blocks})->ArgNames({"order", "block"});
+    benchmark::RegisterBenchmark(kCal, calDouble)->DenseRange(0, 5)->ArgName("order");
+    benchmark::RegisterBenchmark(kDecayed, decayed)->ArgsProduct({{1, 2, 3, 4, 5}, {256}})->ArgNames({"order", "block"});
+    if (!referenceLoopsRun()) return;
+    benchmark::RegisterBenchmark(kStraightforward, straightforward)
+        ->ArgsProduct({{1, 2, 3, 4, 5}, blocks})
+        ->ArgNames({"order", "block"});
+    benchmark::RegisterBenchmark(kBound, bound)->DenseRange(1, 2)->ArgName("fma");
+}
+
+}  // namespace mivora_bench

@@ -1,77 +1,87 @@
-// The hot path: doProcess and the cal family.
+// The hot path: doProcess and the cal family, and the choice of which build
+// of the kernels runs them.
 #include <mivora/IirProcess.h>
 
-#include "section_kernels.hpp"
+#include "kernel_paths.hpp"
 
 namespace Mivora {
 
+namespace detail {
+
 namespace {
 
-using detail::Biquad;
-using detail::FirstOrder;
-
-// One block with the stage set fixed at compile time; the state lives in
-// locals for the whole block and goes back to the object at the end.
-template <int Sections, bool WithFirst>
-void runBlock(const float* in, float* out, unsigned int count,
-              double* delay, const double* coef, double* delay1st, const double* coef1st) noexcept {
-    Biquad s0{}, s1{};
-    FirstOrder f{};
-    if constexpr (Sections >= 1) s0.load(coef, delay);
-    if constexpr (Sections >= 2) s1.load(coef + 5, delay + 4);
-    if constexpr (WithFirst) f.load(coef1st, delay1st);
-
-    for (unsigned int i = 0; i < count; ++i) {
-        double y = static_cast<double>(in[i]);
-        if constexpr (Sections >= 1) y = s0.step(y);
-        if constexpr (Sections >= 2) y = s1.step(y);
-        if constexpr (WithFirst) y = f.step(y);
-        out[i] = static_cast<float>(y);
-    }
-
-    if constexpr (Sections >= 1) s0.store(delay);
-    if constexpr (Sections >= 2) s1.store(delay + 4);
-    if constexpr (WithFirst) f.store(delay1st);
+// Whether this CPU (and its OS, which must save the AVX registers) runs the
+// FMA3 build. The flags come from the compiler runtime's CPU probe, filled in
+// by a constructor before ordinary static initialisers run; should anything
+// call in even earlier, the flags read as absent and the portable path, which
+// gives the same results, runs instead.
+bool cpuRunsX86Fma() noexcept {
+#if defined(MIVORA_HAVE_X86_FMA_KERNELS)
+    return __builtin_cpu_supports("fma");
+#else
+    return false;
+#endif
 }
 
-int runningSections(int evenOrder) noexcept { return evenOrder >= 2 ? evenOrder / 2 : 0; }
+}  // namespace
+
+bool pathAvailable(Path path) noexcept {
+    switch (path) {
+        case Path::portable: return true;
+        case Path::x86Fma: return cpuRunsX86Fma();
+    }
+    return false;
+}
+
+Path fastestPath() noexcept { return cpuRunsX86Fma() ? Path::x86Fma : Path::portable; }
+
+void processBlock(Path path, const StageView& v, const float* in, float* out, unsigned int count) noexcept {
+#if defined(MIVORA_HAVE_X86_FMA_KERNELS)
+    if (path == Path::x86Fma && cpuRunsX86Fma()) return x86fma::processBlock(v, in, out, count);
+#endif
+    (void)path;
+    portable::processBlock(v, in, out, count);
+}
+
+double processSample(Path path, const StageView& v, double x) noexcept {
+#if defined(MIVORA_HAVE_X86_FMA_KERNELS)
+    if (path == Path::x86Fma && cpuRunsX86Fma())
+        return x86fma::processSample(v.delay, v.coef, v.delay1st, v.coef1st, v.sections, v.first, x);
+#endif
+    (void)path;
+    return portable::processSample(v.delay, v.coef, v.delay1st, v.coef1st, v.sections, v.first, x);
+}
+
+}  // namespace detail
+
+namespace {
+
+// Second-order sections that an order runs: order/2 rounded toward zero,
+// none below 2, at most the two the object holds.
+int runningSections(int order) noexcept { return order < 2 ? 0 : order >= 4 ? 2 : 1; }
 
 }  // namespace
 
 void IirProcess::doProcess(float* in, float* out, unsigned int count) noexcept {
     if (count == 0) return;
-    const bool first = oddOrder != 0;
-    switch (runningSections(evenOrder) * 2 + (first ? 1 : 0)) {
-        case 0: runBlock<0, false>(in, out, count, delay, coef, delay1st, coef1st); break;
-        case 1: runBlock<0, true>(in, out, count, delay, coef, delay1st, coef1st); break;
-        case 2: runBlock<1, false>(in, out, count, delay, coef, delay1st, coef1st); break;
-        case 3: runBlock<1, true>(in, out, count, delay, coef, delay1st, coef1st); break;
-        case 4: runBlock<2, false>(in, out, count, delay, coef, delay1st, coef1st); break;
-        default: runBlock<2, true>(in, out, count, delay, coef, delay1st, coef1st); break;
-    }
+    const detail::StageView v{delay, coef, delay1st, coef1st, runningSections(evenOrder), oddOrder != 0};
+    detail::processBlock(detail::fastestPath(), v, in, out, count);
 }
 
+// The cal family calls the kernel directly with its arguments in registers:
+// one sample is cheap enough that the way in shows in its cost.
 double IirProcess::cal(int orderArg, double x) noexcept {
-    const int sections = evenOrder == 0 ? 0 : runningSections(clampOrder(orderArg));
-    double y = x;
-    for (int k = 0; k < sections; ++k) {
-        Biquad s;
-        s.load(coef + 5 * k, delay + 4 * k);
-        y = s.step(y);
-        s.store(delay + 4 * k);
-    }
-    if (oddOrder != 0) {
-        FirstOrder f;
-        f.load(coef1st, delay1st);
-        y = f.step(y);
-        f.store(delay1st);
-    }
-    return y;
+    // The argument picks the sections (clamped to the capacity); an object
+    // whose evenOrder is 0 runs none whatever the argument says.
+    const int sections = evenOrder == 0 ? 0 : runningSections(orderArg);
+    const detail::StageView v{delay, coef, delay1st, coef1st, sections, oddOrder != 0};
+    return detail::processSample(detail::fastestPath(), v, x);
 }
 
 double IirProcess::cal(double x) noexcept {
     // evenOrder itself is within [-4, 4]; for evenOrder 0 both rules agree.
-    return cal(static_cast<int>(evenOrder), x);
+    const detail::StageView v{delay, coef, delay1st, coef1st, runningSections(evenOrder), oddOrder != 0};
+    return detail::processSample(detail::fastestPath(), v, x);
 }
 
 double IirProcess::cal(int x) noexcept { return cal(static_cast<double>(x)); }

@@ -1,6 +1,10 @@
 // Per-sample arithmetic of the two section kinds. The evaluation order is
 // fixed so that every build gives the same bits: the b1 product is rounded,
 // then each further product is added by one fused multiply-add.
+//
+// The formulas are templates over the number type so that one scalar double
+// and a pair of lanes (lane_pair.hpp) run literally the same expression: the
+// lanes of a pair then hold exactly the values the scalar code would.
 #ifndef MIVORA_SECTION_KERNELS_HPP
 #define MIVORA_SECTION_KERNELS_HPP
 
@@ -8,49 +12,95 @@
 
 namespace Mivora::detail {
 
+// Each kernel translation unit is compiled for its own instruction set, so
+// everything here has internal linkage: a shared inline copy would let the
+// linker keep whichever instance it met first, possibly one built with
+// instructions the running CPU lacks.
+namespace {
+
+inline double mul(double a, double b) noexcept { return a * b; }
+inline double mulAdd(double a, double b, double c) noexcept { return std::fma(a, b, c); }
+
+template <class T>
+struct SectionCoefs {
+    T b0, b1, b2, a1, a2;
+};
+
+template <class T>
+struct FirstOrderCoefs {
+    T b0, b1, a1;
+};
+
+// y = b0*x + b1*x1 + b2*x2 + a1*y1 + a2*y2, grouped exactly so.
+template <class T>
+T sectionOut(const SectionCoefs<T>& c, T x, T x1, T x2, T y1, T y2) noexcept {
+    T y = mul(c.b1, x1);
+    y = mulAdd(c.b0, x, y);
+    y = mulAdd(c.b2, x2, y);
+    y = mulAdd(c.a1, y1, y);
+    return mulAdd(c.a2, y2, y);
+}
+
+// y = b0*x + b1*x1 + a1*y1, grouped exactly so.
+template <class T>
+T firstOrderOut(const FirstOrderCoefs<T>& c, T x, T x1, T y1) noexcept {
+    T y = mul(c.b1, x1);
+    y = mulAdd(c.b0, x, y);
+    return mulAdd(c.a1, y1, y);
+}
+
+// One second-order section with its state, for code that holds it in locals.
 struct Biquad {
-    double b0, b1, b2, a1, a2;
+    SectionCoefs<double> c;
     double x1, x2, y1, y2;
 
-    void load(const double* c, const double* s) noexcept {
-        b0 = c[0]; b1 = c[1]; b2 = c[2]; a1 = c[3]; a2 = c[4];
-        x1 = s[0]; x2 = s[1]; y1 = s[2]; y2 = s[3];
-    }
+    Biquad(const double* coef, const double* s) noexcept
+        : c{coef[0], coef[1], coef[2], coef[3], coef[4]}, x1(s[0]), x2(s[1]), y1(s[2]), y2(s[3]) {}
+
     void store(double* s) const noexcept {
         s[0] = x1; s[1] = x2; s[2] = y1; s[3] = y2;
     }
     double step(double x) noexcept {
-        double y = b1 * x1;
-        y = std::fma(b0, x, y);
-        y = std::fma(b2, x2, y);
-        y = std::fma(a1, y1, y);
-        y = std::fma(a2, y2, y);
+        const double y = sectionOut(c, x, x1, x2, y1, y2);
         x2 = x1; x1 = x;
         y2 = y1; y1 = y;
         return y;
     }
+    // Two consecutive samples, in place. Written so the state needs no
+    // register copies: each output lands where the state it replaces lived.
+    void step2(double& a, double& b) noexcept {
+        const double ya = sectionOut(c, a, x1, x2, y1, y2);
+        const double yb = sectionOut(c, b, a, x1, ya, y1);
+        x2 = a; x1 = b;
+        y2 = ya; y1 = yb;
+        a = ya; b = yb;
+    }
 };
 
 struct FirstOrder {
-    double b0, b1, a1;
+    FirstOrderCoefs<double> c;
     double x1, y1;
 
-    void load(const double* c, const double* s) noexcept {
-        b0 = c[0]; b1 = c[1]; a1 = c[2];
-        x1 = s[0]; y1 = s[1];
-    }
+    FirstOrder(const double* coef, const double* s) noexcept
+        : c{coef[0], coef[1], coef[2]}, x1(s[0]), y1(s[1]) {}
+
     void store(double* s) const noexcept {
         s[0] = x1; s[1] = y1;
     }
     double step(double x) noexcept {
-        double y = b1 * x1;
-        y = std::fma(b0, x, y);
-        y = std::fma(a1, y1, y);
+        const double y = firstOrderOut(c, x, x1, y1);
         x1 = x; y1 = y;
         return y;
     }
+    void step2(double& a, double& b) noexcept {
+        const double ya = firstOrderOut(c, a, x1, y1);
+        const double yb = firstOrderOut(c, b, a, ya);
+        x1 = b; y1 = yb;
+        a = ya; b = yb;
+    }
 };
 
+}  // namespace
 }  // namespace Mivora::detail
 
 #endif

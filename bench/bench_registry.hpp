@@ -1,0 +1,19 @@
+// Names under which the benchmarks report, shared by the summary.
+#ifndef MIVORA_BENCH_REGISTRY_HPP
+#define MIVORA_BENCH_REGISTRY_HPP
+
+namespace mivora_bench {
+
+inline constexpr const char* kProcess = "doProcess";              // /order:N/block:B
+inline constexpr const char* kStraightforward = "straightforward";  // /order:N/block:B
+inline constexpr const char* kCal = "cal";                        // /order:N
+inline constexpr const char* kDecayed = "decayed";                // /order:N/block:B
+inline constexpr const char* kBound = "bound";                    // /fma:1 or /fma:2
+inline constexpr const char* kDesign = "design/";                 // + operation
+
+void registerProcessingBenchmarks();
+void registerDesignBenchmarks();
+
+}  // namespace mivora_bench
+
+#endif

@@ -1,0 +1,47 @@
+// Shared pieces of the benchmarks: the filters measured, their input, and the
+// reference loops that the library's figures are compared with.
+#ifndef MIVORA_BENCH_SUPPORT_HPP
+#define MIVORA_BENCH_SUPPORT_HPP
+
+#include <mivora/IirProcess.h>
+
+#include <vector>
+
+namespace mivora_bench {
+
+using Mivora::IirProcess;
+
+// A filter of the given order in which every running stage does real work:
+// two peaking sections and a one-pole low-pass, all stable.
+IirProcess busyFilter(int order);
+// Deterministic noise in [-1, 1).
+std::vector<float> noise(std::size_t n, unsigned seed);
+
+// A filter held the plain way: coefficients and state in arrays.
+struct PlainFilter {
+    double coef[10];
+    double delay[8];
+    double coef1st[3];
+    double delay1st[2];
+    int sections;
+    bool first;
+};
+PlainFilter plainCopy(const IirProcess& f);
+
+// Whether the reference loops below can run here (they use FMA3 on x86-64).
+bool referenceLoopsRun();
+
+// The straightforward loop: per sample, walk the sections, each reading and
+// writing its state in memory.
+void straightforwardBlock(PlainFilter& f, const float* in, float* out, unsigned int count);
+
+// The latency bounds: loops whose only carried dependency is the feedback of
+// one second-order section, y = fma(a2, y2, fma(a1, y1, acc)), or of a
+// first-order one, y = fma(a1, y1, acc), with acc given per sample.
+// state holds y1, y2 and is updated.
+void boundTwoFma(const double* acc, unsigned int count, double a1, double a2, double* state);
+void boundOneFma(const double* acc, unsigned int count, double a1, double* state);
+
+}  // namespace mivora_bench
+
+#endif

@@ -1,0 +1,74 @@
+// Reference loops for the benchmarks, built for hardware FMA so that the
+// comparison with the library is about the loop structure, not about a
+// library call per multiply-add. Check the bounds with
+//   objdump -d --no-show-raw-insn build/release/bench/mivora_bench | less
+// (functions boundTwoFma / boundOneFma): their loops must be scalar vfmadd
+// with nothing folded away.
+#include <cmath>
+
+#include "bench_support.hpp"
+
+#if defined(__x86_64__)
+#define MIVORA_BENCH_FMA __attribute__((target("fma"), noinline))
+#else
+#define MIVORA_BENCH_FMA __attribute__((noinline))
+#endif
+
+namespace mivora_bench {
+
+bool referenceLoopsRun() {
+#if defined(__x86_64__)
+    return __builtin_cpu_supports("fma");
+#else
+    return true;
+#endif
+}
+
+MIVORA_BENCH_FMA void straightforwardBlock(PlainFilter& f, const float* in, float* out, unsigned int count) {
+    for (unsigned int i = 0; i < count; ++i) {
+        double x = in[i];
+        for (int k = 0; k < f.sections; ++k) {
+            const double* c = f.coef + 5 * k;
+            double* s = f.delay + 4 * k;
+            double y = c[1] * s[0];
+            y = std::fma(c[0], x, y);
+            y = std::fma(c[2], s[1], y);
+            y = std::fma(c[3], s[2], y);
+            y = std::fma(c[4], s[3], y);
+            s[1] = s[0];
+            s[0] = x;
+            s[3] = s[2];
+            s[2] = y;
+            x = y;
+        }
+        if (f.first) {
+            double y = f.coef1st[1] * f.delay1st[0];
+            y = std::fma(f.coef1st[0], x, y);
+            y = std::fma(f.coef1st[2], f.delay1st[1], y);
+            f.delay1st[0] = x;
+            f.delay1st[1] = y;
+            x = y;
+        }
+        out[i] = static_cast<float>(x);
+    }
+}
+
+// Unrolled by two so that each result takes the register of the value it
+// replaces: no copy joins the chain.
+MIVORA_BENCH_FMA void boundTwoFma(const double* acc, unsigned int count, double a1, double a2, double* state) {
+    double y1 = state[0], y2 = state[1];
+    for (unsigned int i = 0; i + 2 <= count; i += 2) {
+        y2 = std::fma(a2, y2, std::fma(a1, y1, acc[i]));
+        y1 = std::fma(a2, y1, std::fma(a1, y2, acc[i + 1]));
+    }
+    state[0] = y1;
+    state[1] = y2;
+}
+
+MIVORA_BENCH_FMA void boundOneFma(const double* acc, unsigned int count, double a1, double* state) {
+    double y1 = state[0];
+    for (unsigned int i = 0; i < count; ++i) y1 = std::fma(a1, y1, acc[i]);
+    state[0] = y1;
+}
+
+}  // namespace mivora_bench
