@@ -1,0 +1,40 @@
+# Checks that the FMA3 kernel object defines no global code outside its own
+# namespace. Run by ctest with -DNM=<nm> -DOBJECTS=<the library's objects>.
+set(found "")
+foreach(obj IN LISTS OBJECTS)
+    if(obj MATCHES "kernels_x86_fma")
+        set(found "${obj}")
+    endif()
+endforeach()
+if(NOT found)
+    message(FATAL_ERROR "no kernels_x86_fma object among: ${OBJECTS}")
+endif()
+
+execute_process(COMMAND "${NM}" --defined-only --extern-only -C "${found}"
+    OUTPUT_VARIABLE symbols RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "${NM} failed on ${found}")
+endif()
+
+string(REPLACE "\n" ";" lines "${symbols}")
+set(entryPoints 0)
+set(strays "")
+foreach(line IN LISTS lines)
+    # "<address> <type> <name>"; code types: T (text), W (weak), i (ifunc), u (unique).
+    if(line MATCHES "^[0-9a-fA-F]+ ([TWiu]) (.*)$")
+        set(name "${CMAKE_MATCH_2}")
+        if(name MATCHES "^Mivora::detail::x86fma::")
+            math(EXPR entryPoints "${entryPoints} + 1")
+        else()
+            list(APPEND strays "${name}")
+        endif()
+    endif()
+endforeach()
+
+if(strays)
+    message(FATAL_ERROR "kernels_x86_fma exports code outside its namespace:\n  ${strays}")
+endif()
+if(entryPoints LESS 2)
+    message(FATAL_ERROR "kernels_x86_fma exports ${entryPoints} entry points, expected processBlock and processSample")
+endif()
+message(STATUS "kernels_x86_fma exports ${entryPoints} entry points and nothing else")

@@ -1,0 +1,273 @@
+// The processing kernels against a plain reading of the per-sample difference
+// equations: identical outputs and final state, bit for bit, on every build of
+// the kernels this machine can run, for every stage set, odd block sizes,
+// streams cut into uneven blocks, in place and out of place.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "kernel_paths.hpp"
+#include "test_support.hpp"
+
+using namespace mivora_test;
+using Mivora::detail::Path;
+using Mivora::detail::StageView;
+
+namespace {
+
+// Filter storage laid out as the object's, processed sample by sample with
+// the formula written out: b1*x1 rounded, then b0*x, b2*x2, a1*y1, a2*y2 each
+// added by one fused multiply-add.
+struct PlainFilter {
+    double delay[8];
+    double coef[10];
+    double delay1st[2];
+    double coef1st[3];
+    int sections;
+    bool first;
+
+    double step(double x) {
+        for (int k = 0; k < sections; ++k) {
+            const double* c = coef + 5 * k;
+            double* s = delay + 4 * k;
+            double y = c[1] * s[0];
+            y = std::fma(c[0], x, y);
+            y = std::fma(c[2], s[1], y);
+            y = std::fma(c[3], s[2], y);
+            y = std::fma(c[4], s[3], y);
+            s[1] = s[0];
+            s[0] = x;
+            s[3] = s[2];
+            s[2] = y;
+            x = y;
+        }
+        if (first) {
+            double y = coef1st[1] * delay1st[0];
+            y = std::fma(coef1st[0], x, y);
+            y = std::fma(coef1st[2], delay1st[1], y);
+            delay1st[0] = x;
+            delay1st[1] = y;
+            x = y;
+        }
+        return x;
+    }
+    StageView view() { return {delay, coef, delay1st, coef1st, sections, first}; }
+    std::vector<double> stateValues() const {
+        std::vector<double> s(delay, delay + 8);
+        s.insert(s.end(), delay1st, delay1st + 2);
+        return s;
+    }
+};
+
+// Stable sections (poles at radius < 1) with arbitrary zeros, and a busy state.
+PlainFilter randomFilter(std::mt19937& rng, int sections, bool first) {
+    std::uniform_real_distribution<double> u(-1.0, 1.0), radius(0.2, 0.999), angle(0.0, kPi);
+    PlainFilter f{};
+    for (int k = 0; k < 2; ++k) {
+        const double r = radius(rng), theta = angle(rng);
+        const double c[5] = {2 * u(rng), 2 * u(rng), 2 * u(rng), 2 * r * std::cos(theta), -r * r};
+        std::copy(c, c + 5, f.coef + 5 * k);
+    }
+    f.coef1st[0] = 2 * u(rng);
+    f.coef1st[1] = 2 * u(rng);
+    f.coef1st[2] = 0.99 * u(rng);
+    for (double& s : f.delay) s = u(rng);
+    for (double& s : f.delay1st) s = u(rng);
+    f.sections = sections;
+    f.first = first;
+    return f;
+}
+
+std::vector<float> randomSignal(std::mt19937& rng, std::size_t n) {
+    std::uniform_real_distribution<float> u(-1.0f, 1.0f);
+    std::vector<float> v(n);
+    for (float& x : v) x = u(rng);
+    return v;
+}
+
+std::uint32_t bitsOf(float v) {
+    std::uint32_t b;
+    std::memcpy(&b, &v, sizeof b);
+    return b;
+}
+std::uint64_t bitsOf(double v) {
+    std::uint64_t b;
+    std::memcpy(&b, &v, sizeof b);
+    return b;
+}
+
+// Bit for bit, except that any NaN matches any NaN: which operand's payload
+// an operation passes on is the instruction's business, not the filter's.
+template <class T>
+bool identical(T a, T b) {
+    return (std::isnan(a) && std::isnan(b)) || bitsOf(a) == bitsOf(b);
+}
+template <class T>
+void expectIdentical(const std::vector<T>& got, const std::vector<T>& want, const char* what) {
+    ASSERT_EQ(got.size(), want.size());
+    for (std::size_t i = 0; i < got.size(); ++i)
+        if (!identical(got[i], want[i])) {
+            ADD_FAILURE() << what << " differs at " << i << ": " << got[i] << " vs " << want[i];
+            return;
+        }
+}
+
+std::vector<Path> availablePaths() {
+    std::vector<Path> out;
+    for (Path p : Mivora::detail::allPaths)
+        if (Mivora::detail::pathAvailable(p)) out.push_back(p);
+    return out;
+}
+
+struct StageSet {
+    int sections;
+    bool first;
+};
+const StageSet allStageSets[] = {{0, false}, {0, true}, {1, false}, {1, true}, {2, false}, {2, true}};
+
+// Stream cuts: single samples, odd sizes around the unrolled and paired
+// kernels' steps and thresholds, and long blocks.
+const std::vector<unsigned> streamCuts[] = {
+    {1, 2, 3, 5, 7},
+    {15, 16, 17, 18, 19},
+    {20, 21, 22, 23, 63},
+    {64, 65, 255, 1001},
+    {4096},
+};
+
+TEST(FastPath, EveryPathMatchesThePlainEquations) {
+    ASSERT_TRUE(Mivora::detail::pathAvailable(Path::portable));
+    std::mt19937 rng(20240611);
+    for (Path path : availablePaths()) {
+        for (const StageSet& st : allStageSets) {
+            for (const std::vector<unsigned>& cuts : streamCuts) {
+                for (bool inPlace : {false, true}) {
+                    SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections "
+                                                      << st.sections << (st.first ? " + first order" : "")
+                                                      << (inPlace ? ", in place" : ", separate arrays")
+                                                      << ", first cut " << cuts[0]);
+                    PlainFilter fast = randomFilter(rng, st.sections, st.first);
+                    PlainFilter plain = fast;
+                    std::size_t total = 0;
+                    for (unsigned n : cuts) total += n;
+                    const std::vector<float> in = randomSignal(rng, total);
+
+                    std::vector<float> want(total);
+                    for (std::size_t i = 0; i < total; ++i)
+                        want[i] = static_cast<float>(plain.step(static_cast<double>(in[i])));
+
+                    std::vector<float> src = in, dst(total, -7.0f);
+                    std::size_t pos = 0;
+                    for (unsigned n : cuts) {
+                        float* out = inPlace ? src.data() + pos : dst.data() + pos;
+                        Mivora::detail::processBlock(path, fast.view(), src.data() + pos, out, n);
+                        pos += n;
+                    }
+                    expectIdentical(inPlace ? src : dst, want, "output");
+                    if (!inPlace) expectIdentical(src, in, "input");
+                    expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+                }
+            }
+        }
+    }
+}
+
+TEST(FastPath, SingleSamplesMatchThePlainEquationsOnEveryPath) {
+    std::mt19937 rng(77);
+    for (Path path : availablePaths()) {
+        for (const StageSet& st : allStageSets) {
+            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections " << st.sections
+                                              << (st.first ? " + first order" : ""));
+            PlainFilter fast = randomFilter(rng, st.sections, st.first);
+            PlainFilter plain = fast;
+            std::vector<double> got, want;
+            for (float x : randomSignal(rng, 50)) {
+                got.push_back(Mivora::detail::processSample(path, fast.view(), x * 3.0));
+                want.push_back(plain.step(x * 3.0));
+            }
+            expectIdentical(got, want, "output");
+            expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+        }
+    }
+}
+
+// Values that take unusual routes through the arithmetic: signed zeros,
+// subnormals on the way in and out, results beyond the float range,
+// infinities and NaN, fed to every stage set on every path.
+TEST(FastPath, SpecialValuesTakeTheSameCourseOnEveryPath) {
+    const float fmax = std::numeric_limits<float>::max();
+    const float fsub = std::numeric_limits<float>::denorm_min();
+    const float inf = std::numeric_limits<float>::infinity();
+    const std::vector<float> pieces[] = {
+        {-0.0f, -0.0f, 0.0f, -0.0f},
+        {fsub, -fsub, 3 * fsub, 1e-40f, -1e-39f},
+        {fmax, fmax, -fmax, 1.0f, fmax},
+        {inf, 0.0f, -inf, 1.0f},
+        {std::nanf(""), 0.0f, 1.0f},
+    };
+    std::mt19937 rng(5);
+    for (Path path : availablePaths()) {
+        for (const StageSet& st : allStageSets) {
+            // Gains that push results out of range and back into subnormals.
+            for (double scale : {1.0, 1e30, 1e-300}) {
+                SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections "
+                                                  << st.sections << (st.first ? " + first order" : "") << ", scale "
+                                                  << scale);
+                PlainFilter fast = randomFilter(rng, st.sections, st.first);
+                for (double& c : fast.coef) c *= scale;
+                for (double& c : fast.coef1st) c *= scale;
+                PlainFilter plain = fast;
+                // Each special value inside an otherwise ordinary block long
+                // enough for the paired kernel.
+                std::vector<float> in = randomSignal(rng, 40);
+                for (const std::vector<float>& p : pieces) in.insert(in.end() - 20, p.begin(), p.end());
+                std::vector<float> want(in.size()), got = in;
+                for (std::size_t i = 0; i < in.size(); ++i) want[i] = static_cast<float>(plain.step(in[i]));
+                Mivora::detail::processBlock(path, fast.view(), got.data(), got.data(),
+                                             static_cast<unsigned>(got.size()));
+                expectIdentical(got, want, "output");
+                expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+            }
+        }
+    }
+}
+
+// The object's own entry point, whichever path it picks, for every order the
+// object can hold: the stages that run follow from the order.
+TEST(FastPath, DoProcessMatchesThePlainEquationsAtEveryOrder) {
+    std::mt19937 rng(99);
+    for (int order = -5; order <= 5; ++order) {
+        for (unsigned n : {1u, 7u, 33u, 64u, 513u}) {
+            for (bool inPlace : {false, true}) {
+                SCOPED_TRACE(::testing::Message() << "order " << order << ", block " << n
+                                                  << (inPlace ? ", in place" : ""));
+                IirProcess f(order);
+                const int even = f.getEvenOrder();
+                PlainFilter plain = randomFilter(rng, even >= 2 ? even / 2 : 0, f.getOddOrder() != 0);
+                for (int k = 0; k < 2; ++k) {
+                    const double* c = plain.coef + 5 * k;
+                    setSection(f, k, c[0], c[1], c[2], c[3], c[4]);
+                }
+                setFirstOrder(f, plain.coef1st[0], plain.coef1st[1], plain.coef1st[2]);
+                plant(f, kDelayOffset, plain.delay, 8);
+                plant(f, kDelay1stOffset, plain.delay1st, 2);
+
+                const std::vector<float> in = randomSignal(rng, n);
+                std::vector<float> want(n);
+                for (unsigned i = 0; i < n; ++i) want[i] = static_cast<float>(plain.step(in[i]));
+                std::vector<float> src = in, dst(n);
+                f.doProcess(src.data(), inPlace ? src.data() : dst.data(), n);
+                expectIdentical(inPlace ? src : dst, want, "output");
+                // The plain filter leaves the state of stages that do not run
+                // as planted, so this also checks that they keep theirs.
+                expectIdentical(state(f), plain.stateValues(), "state");
+            }
+        }
+    }
+}
+
+}  // namespace
