@@ -42,10 +42,12 @@ void runScalar(const float* in, float* out, unsigned int count, Stage&... stage)
 }
 
 // How many samples section 1 trails section 0 in the two-section kernel.
-// Section 1 needs section 0's output from kLag samples back; with two
-// samples' worth of slack that output is ready before section 1 can use it,
-// so neither lane waits on the other.
-constexpr unsigned int kLag = 4;
+// Section 1 needs section 0's output from kLag samples back. With a lag of 3
+// that output (plus the shuffle that puts it in place) has several cycles to
+// spare before section 1's feedback needs it; with 2 it would be late every
+// sample. Each sample of lag costs one sample's latency per block, as section
+// 1 finishes that much after section 0.
+constexpr unsigned int kLag = 3;
 // Shorter blocks run the scalar kernel: the lag's start and finish would
 // outweigh what the pair saves.
 constexpr unsigned int kMinPairedBlock = 16;
@@ -75,48 +77,53 @@ SectionCoefs<P> pairCoefs(const Biquad& s0, const Biquad& s1) noexcept {
 // result. One pair operation thus does the work of two scalar ones, and
 // neither lane's feedback waits on the other lane.
 //
-// Pair names: X(n) = (x[n], y0[n - kLag]) inputs, Y(n) = (y0[n], y1[n - kLag])
-// outputs. In the loop r0..r3 hold Y(i-4)..Y(i-1) and x1, x2 hold X(i-1),
-// X(i-2); each new Y(n) takes the place of Y(n-4), whose lo lane it has just
-// consumed, so the unrolled body needs no copies.
+// Pair names: X(n) = (x[n], y0[n - 3]) inputs, Y(n) = (y0[n], y1[n - 3])
+// outputs. At the top of the loop r0, r1, r2 hold Y(i-3), Y(i-2), Y(i-1) and
+// x1, x2 hold X(i-1), X(i-2). Each new Y(n) takes the place of Y(n-3), whose
+// lo lane it has just consumed; six samples per turn bring every name back
+// to its role, so the body needs no copies.
 template <class P, bool WithFirst>
 void runTwoSectionsPaired(Biquad& s0, Biquad& s1, FirstOrder& f, const float* in, float* out,
                           unsigned int count) noexcept {
-    static_assert(kLag == 4, "the unrolled body below assumes four pairs in flight");
+    static_assert(kLag == 3, "the unrolled body below assumes three pairs in flight");
     // Section 0 runs ahead alone for kLag samples.
-    double head[kLag];
-    for (unsigned int k = 0; k < kLag; ++k) head[k] = s0.step(static_cast<double>(in[k]));
+    const double head0 = s0.step(static_cast<double>(in[0]));
+    s0.step(static_cast<double>(in[1]));
+    s0.step(static_cast<double>(in[2]));
 
     const SectionCoefs<P> c = pairCoefs<P>(s0, s1);
     P x1 = P::set(s0.x1, s1.x1);
     P x2 = P::set(s0.x2, s1.x2);
-    // Only the lo lanes of Y(i-4) and Y(i-3) are ever read.
-    P r0 = P::set(head[0], 0.0);
-    P r1 = P::set(head[1], 0.0);
-    P r2 = P::set(s0.y2, s1.y2);  // s0.y2 is head[2]
-    P r3 = P::set(s0.y1, s1.y1);  // s0.y1 is head[3]
+    P r0 = P::set(head0, 0.0);    // only the lo lane of Y(i-3) is read
+    P r1 = P::set(s0.y2, s1.y2);  // section 0's output of sample 1
+    P r2 = P::set(s0.y1, s1.y1);  // and of sample 2
 
     unsigned int i = kLag;
-    for (; i + 4 <= count; i += 4) {
-        P xa, xb, xc, xd;
+    for (; i + 6 <= count; i += 6) {
+        // Inputs are read before any output at or after them is written, so
+        // in place works; outputs run three samples behind.
+        P xa, xb, xc, xd, xe, xg;
         P::loadPair(in + i, r0, r1, xa, xb);
-        P::loadPair(in + i + 2, r2, r3, xc, xd);
-        r0 = sectionOut(c, xa, x1, x2, r3, r2);
-        r1 = sectionOut(c, xb, xa, x1, r0, r3);
-        r2 = sectionOut(c, xc, xb, xa, r1, r0);
-        r3 = sectionOut(c, xd, xc, xb, r2, r1);
-        x2 = xc;
-        x1 = xd;
-        // Outputs of samples i-4 .. i-1 (their inputs were read long ago).
-        emitPair<WithFirst>(f, out + i - kLag, P::highs(r0, r1));
-        emitPair<WithFirst>(f, out + i - kLag + 2, P::highs(r2, r3));
+        r0 = sectionOut(c, xa, x1, x2, r2, r1);  // Y(i)
+        r1 = sectionOut(c, xb, xa, x1, r0, r2);  // Y(i+1)
+        P::loadPair(in + i + 2, r2, r0, xc, xd);
+        emitPair<WithFirst>(f, out + i - 3, P::highs(r0, r1));
+        r2 = sectionOut(c, xc, xb, xa, r1, r0);  // Y(i+2)
+        r0 = sectionOut(c, xd, xc, xb, r2, r1);  // Y(i+3)
+        P::loadPair(in + i + 4, r1, r2, xe, xg);
+        emitPair<WithFirst>(f, out + i - 1, P::highs(r2, r0));
+        r1 = sectionOut(c, xe, xd, xc, r0, r2);  // Y(i+4)
+        r2 = sectionOut(c, xg, xe, xd, r1, r0);  // Y(i+5)
+        emitPair<WithFirst>(f, out + i + 1, P::highs(r1, r2));
+        x2 = xe;
+        x1 = xg;
     }
 
     // Back to two scalar sections: section 0 takes the last few inputs, then
     // section 1 catches up on everything section 0 produced ahead of it.
-    s0.x1 = x1.lo(); s0.x2 = x2.lo(); s0.y1 = r3.lo(); s0.y2 = r2.lo();
-    s1.x1 = x1.hi(); s1.x2 = x2.hi(); s1.y1 = r3.hi(); s1.y2 = r2.hi();
-    double pending[kLag + 3] = {r0.lo(), r1.lo(), r2.lo(), r3.lo()};
+    s0.x1 = x1.lo(); s0.x2 = x2.lo(); s0.y1 = r2.lo(); s0.y2 = r1.lo();
+    s1.x1 = x1.hi(); s1.x2 = x2.hi(); s1.y1 = r2.hi(); s1.y2 = r1.hi();
+    double pending[kLag + 5] = {r0.lo(), r1.lo(), r2.lo()};
     unsigned int m = kLag;
     for (; i < count; ++i) pending[m++] = s0.step(static_cast<double>(in[i]));
     float* o = out + (count - m);
@@ -127,34 +134,41 @@ void runTwoSectionsPaired(Biquad& s0, Biquad& s1, FirstOrder& f, const float* in
     }
 }
 
-// One block through the stages of v, the state loaded into locals and written
-// back at the end.
-template <class P>
-void runBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
-    if (v.sections <= 0 && !v.first) {
-        passThrough(in, out, count);
-        return;
-    }
+// One block through a fixed stage set, the state of the stages that run
+// loaded into locals and written back at the end. Each stage set gets its own
+// function so that it loads and keeps in registers only what it uses.
+template <class P, int Sections, bool WithFirst>
+void runStages(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
     Biquad s0(v.coef, v.delay);
     Biquad s1(v.coef + 5, v.delay + 4);
     FirstOrder f(v.coef1st, v.delay1st);
-    const bool paired = v.sections >= 2 && count >= kMinPairedBlock;
-    switch ((v.sections <= 0 ? 0 : v.sections == 1 ? 2 : 4) + (v.first ? 1 : 0)) {
-        case 1: runScalar(in, out, count, f); break;
-        case 2: runScalar(in, out, count, s0); break;
-        case 3: runScalar(in, out, count, s0, f); break;
-        case 4:
-            if (paired) runTwoSectionsPaired<P, false>(s0, s1, f, in, out, count);
-            else runScalar(in, out, count, s0, s1);
-            break;
-        default:
-            if (paired) runTwoSectionsPaired<P, true>(s0, s1, f, in, out, count);
-            else runScalar(in, out, count, s0, s1, f);
-            break;
+    if constexpr (Sections == 0) {
+        runScalar(in, out, count, f);
+    } else if constexpr (Sections == 1) {
+        if constexpr (WithFirst) runScalar(in, out, count, s0, f);
+        else runScalar(in, out, count, s0);
+    } else if (count >= kMinPairedBlock) {
+        runTwoSectionsPaired<P, WithFirst>(s0, s1, f, in, out, count);
+    } else {
+        if constexpr (WithFirst) runScalar(in, out, count, s0, s1, f);
+        else runScalar(in, out, count, s0, s1);
     }
-    if (v.sections >= 1) s0.store(v.delay);
-    if (v.sections >= 2) s1.store(v.delay + 4);
-    if (v.first) f.store(v.delay1st);
+    if constexpr (Sections >= 1) s0.store(v.delay);
+    if constexpr (Sections >= 2) s1.store(v.delay + 4);
+    if constexpr (WithFirst) f.store(v.delay1st);
+}
+
+template <class P>
+void runBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
+    const int sections = v.sections <= 0 ? 0 : v.sections == 1 ? 1 : 2;
+    switch (sections * 2 + (v.first ? 1 : 0)) {
+        case 0: passThrough(in, out, count); break;
+        case 1: runStages<P, 0, true>(v, in, out, count); break;
+        case 2: runStages<P, 1, false>(v, in, out, count); break;
+        case 3: runStages<P, 1, true>(v, in, out, count); break;
+        case 4: runStages<P, 2, false>(v, in, out, count); break;
+        default: runStages<P, 2, true>(v, in, out, count); break;
+    }
 }
 
 // One sample, state read from and written back to the object. Each state
