@@ -11,7 +11,10 @@
 #ifndef MIVORA_BLOCK_KERNELS_HPP
 #define MIVORA_BLOCK_KERNELS_HPP
 
+#include <utility>
+
 #include "kernel_paths.hpp"
+#include "paired_stages.hpp"
 #include "section_kernels.hpp"
 
 namespace Mivora::detail {
@@ -22,22 +25,20 @@ inline void passThrough(const float* in, float* out, unsigned int count) noexcep
     for (unsigned int i = 0; i < count; ++i) out[i] = static_cast<float>(static_cast<double>(in[i]));
 }
 
-// Scalar stages in sequence, two samples per turn. In place is safe: both
-// inputs are read before either output is written.
-template <class... Stage>
-void runScalar(const float* in, float* out, unsigned int count, Stage&... stage) noexcept {
+// Stages in sequence, two consecutive samples per turn (paired_stages.hpp).
+// In place is safe: both inputs are read before either output is written.
+template <class P, class... Stage>
+void runPairs(const float* in, float* out, unsigned int count, Stage&... stage) noexcept {
     unsigned int i = 0;
     for (; i + 2 <= count; i += 2) {
-        double a = static_cast<double>(in[i]);
-        double b = static_cast<double>(in[i + 1]);
-        (stage.step2(a, b), ...);
-        out[i] = static_cast<float>(a);
-        out[i + 1] = static_cast<float>(b);
+        P x = P::load2(in + i);
+        ((x = stage.stepPair(x)), ...);
+        P::storePair(out + i, x);
     }
     if (i < count) {
-        double a = static_cast<double>(in[i]);
-        ((a = stage.step(a)), ...);
-        out[i] = static_cast<float>(a);
+        double x = static_cast<double>(in[i]);
+        ((x = stage.step(x)), ...);
+        out[i] = static_cast<float>(x);
     }
 }
 
@@ -55,106 +56,118 @@ constexpr unsigned int kMinPairedBlock = 16;
 // Two consecutive outputs of the second-order sections, through the
 // first-order section when it runs, narrowed and stored.
 template <bool WithFirst, class P>
-void emitPair(FirstOrder& f, float* out, P z) noexcept {
-    if constexpr (WithFirst) {
-        const double a = f.step(z.lo());  // in sample order: the steps share state
-        z = P::set(a, f.step(z.hi()));
-    } else {
-        (void)f;
-    }
+void emitPair(PairedFirstOrder<P>& f, float* out, P z) noexcept {
+    if constexpr (WithFirst) z = f.stepPair(z);
+    else (void)f;
     P::storePair(out, z);
 }
 
-template <class P>
-SectionCoefs<P> pairCoefs(const Biquad& s0, const Biquad& s1) noexcept {
-    return {P::set(s0.c.b0, s1.c.b0), P::set(s0.c.b1, s1.c.b1), P::set(s0.c.b2, s1.c.b2),
-            P::set(s0.c.a1, s1.c.a1), P::set(s0.c.a2, s1.c.a2)};
-}
-
 // Two second-order sections in the two lanes of a pair P: lane lo runs
-// section 0 on sample n while lane hi runs section 1 on sample n - kLag,
+// section 0 on sample n while lane hi runs section 1 on sample n - Lag,
 // taking section 0's output of that sample from the lo lane of an older
 // result. One pair operation thus does the work of two scalar ones, and
 // neither lane's feedback waits on the other lane.
 //
-// Pair names: X(n) = (x[n], y0[n - 3]) inputs, Y(n) = (y0[n], y1[n - 3])
-// outputs. At the top of the loop r0, r1, r2 hold Y(i-3), Y(i-2), Y(i-1) and
-// x1, x2 hold X(i-1), X(i-2). Each new Y(n) takes the place of Y(n-3), whose
-// lo lane it has just consumed; six samples per turn bring every name back
-// to its role, so the body needs no copies.
-template <class P, bool WithFirst>
-void runTwoSectionsPaired(Biquad& s0, Biquad& s1, FirstOrder& f, const float* in, float* out,
-                          unsigned int count) noexcept {
-    static_assert(kLag == 3, "the unrolled body below assumes three pairs in flight");
-    // Section 0 runs ahead alone for kLag samples.
-    const double head0 = s0.step(static_cast<double>(in[0]));
-    s0.step(static_cast<double>(in[1]));
-    s0.step(static_cast<double>(in[2]));
+// Pair names: X(n) = (x[n], y0[n - Lag]) inputs, Y(n) = (y0[n], y1[n - Lag])
+// outputs. r[n % Lag] holds Y(n) for the last Lag samples; each new Y(n)
+// takes the place of Y(n - Lag), whose lo lane it has just consumed. A turn
+// of the loop is unrolled until every name is back in its role, so that the
+// register allocator needs no copies.
+template <class P, bool WithFirst, unsigned int Lag>
+struct PairedCascade {
+    static_assert(Lag >= 3, "section 1 must trail by more than its own two-sample feedback");
+    static constexpr unsigned int turn = Lag % 2 == 0 ? Lag : 2 * Lag;
 
-    const SectionCoefs<P> c = pairCoefs<P>(s0, s1);
-    P x1 = P::set(s0.x1, s1.x1);
-    P x2 = P::set(s0.x2, s1.x2);
-    P r0 = P::set(head0, 0.0);    // only the lo lane of Y(i-3) is read
-    P r1 = P::set(s0.y2, s1.y2);  // section 0's output of sample 1
-    P r2 = P::set(s0.y1, s1.y1);  // and of sample 2
+    SectionCoefs<P> c;
+    P x1, x2;  // X(n-1), X(n-2)
+    P r[Lag];
 
-    unsigned int i = kLag;
-    for (; i + 6 <= count; i += 6) {
-        // Inputs are read before any output at or after them is written, so
-        // in place works; outputs run three samples behind.
-        P xa, xb, xc, xd, xe, xg;
-        P::loadPair(in + i, r0, r1, xa, xb);
-        r0 = sectionOut(c, xa, x1, x2, r2, r1);  // Y(i)
-        r1 = sectionOut(c, xb, xa, x1, r0, r2);  // Y(i+1)
-        P::loadPair(in + i + 2, r2, r0, xc, xd);
-        emitPair<WithFirst>(f, out + i - 3, P::highs(r0, r1));
-        r2 = sectionOut(c, xc, xb, xa, r1, r0);  // Y(i+2)
-        r0 = sectionOut(c, xd, xc, xb, r2, r1);  // Y(i+3)
-        P::loadPair(in + i + 4, r1, r2, xe, xg);
-        emitPair<WithFirst>(f, out + i - 1, P::highs(r2, r0));
-        r1 = sectionOut(c, xe, xd, xc, r0, r2);  // Y(i+4)
-        r2 = sectionOut(c, xg, xe, xd, r1, r0);  // Y(i+5)
-        emitPair<WithFirst>(f, out + i + 1, P::highs(r1, r2));
-        x2 = xe;
-        x1 = xg;
+    // Samples j and j+1 of the turn that starts at in/out (j even).
+    template <unsigned int j>
+    void twoSamples(const float* in, float* out, PairedFirstOrder<P>& f) noexcept {
+        constexpr unsigned int a = j % Lag, b = (j + 1) % Lag;
+        constexpr unsigned int back1 = (j + Lag - 1) % Lag, back2 = (j + Lag - 2) % Lag;
+        P xa, xb;
+        P::loadPair(in + j, r[a], r[b], xa, xb);
+        r[a] = sectionOut(c, xa, x1, x2, r[back1], r[back2]);
+        r[b] = sectionOut(c, xb, xa, x1, r[a], r[back1]);
+        x2 = xa;
+        x1 = xb;
+        // Outputs run Lag samples behind the inputs, which were read long
+        // ago: in place works.
+        emitPair<WithFirst>(f, out + j - Lag, P::highs(r[a], r[b]));
+    }
+    template <unsigned int... k>
+    void oneTurn(const float* in, float* out, PairedFirstOrder<P>& f,
+                 std::integer_sequence<unsigned int, k...>) noexcept {
+        (twoSamples<2 * k>(in, out, f), ...);
     }
 
-    // Back to two scalar sections: section 0 takes the last few inputs, then
-    // section 1 catches up on everything section 0 produced ahead of it.
-    s0.x1 = x1.lo(); s0.x2 = x2.lo(); s0.y1 = r2.lo(); s0.y2 = r1.lo();
-    s1.x1 = x1.hi(); s1.x2 = x2.hi(); s1.y1 = r2.hi(); s1.y2 = r1.hi();
-    double pending[kLag + 5] = {r0.lo(), r1.lo(), r2.lo()};
-    unsigned int m = kLag;
-    for (; i < count; ++i) pending[m++] = s0.step(static_cast<double>(in[i]));
-    float* o = out + (count - m);
-    for (unsigned int k = 0; k < m; ++k) {
-        double z = s1.step(pending[k]);
-        if constexpr (WithFirst) z = f.step(z);
-        o[k] = static_cast<float>(z);
+    static void run(Biquad& s0, Biquad& s1, PairedFirstOrder<P>& f, const float* in, float* out,
+                    unsigned int count) noexcept {
+        // Section 0 runs ahead alone for Lag samples.
+        double head[Lag];
+        for (unsigned int k = 0; k < Lag; ++k) head[k] = s0.step(static_cast<double>(in[k]));
+
+        PairedCascade q;
+        q.c = {P::set(s0.c.b0, s1.c.b0), P::set(s0.c.b1, s1.c.b1), P::set(s0.c.b2, s1.c.b2),
+               P::set(s0.c.a1, s1.c.a1), P::set(s0.c.a2, s1.c.a2)};
+        q.x1 = P::set(s0.x1, s1.x1);
+        q.x2 = P::set(s0.x2, s1.x2);
+        // Section 1's outputs before the block stand in the hi lanes of the
+        // last two; the older hi lanes are never read.
+        for (unsigned int k = 0; k + 2 < Lag; ++k) q.r[k] = P::set(head[k], 0.0);
+        q.r[Lag - 2] = P::set(head[Lag - 2], s1.y2);
+        q.r[Lag - 1] = P::set(head[Lag - 1], s1.y1);
+
+        unsigned int i = Lag;  // a multiple of Lag throughout: r[j % Lag] is Y(i + j)
+        for (; i + turn <= count; i += turn)
+            q.oneTurn(in + i, out + i, f, std::make_integer_sequence<unsigned int, turn / 2>{});
+
+        // Back to two scalar sections: section 0 takes the last few inputs,
+        // then section 1 catches up on everything section 0 produced ahead.
+        s0.x1 = q.x1.lo(); s0.x2 = q.x2.lo(); s0.y1 = q.r[Lag - 1].lo(); s0.y2 = q.r[Lag - 2].lo();
+        s1.x1 = q.x1.hi(); s1.x2 = q.x2.hi(); s1.y1 = q.r[Lag - 1].hi(); s1.y2 = q.r[Lag - 2].hi();
+        double pending[Lag + turn];
+        unsigned int m = 0;
+        for (; m < Lag; ++m) pending[m] = q.r[m].lo();
+        for (; i < count; ++i) pending[m++] = s0.step(static_cast<double>(in[i]));
+        float* o = out + (count - m);
+        for (unsigned int k = 0; k < m; ++k) {
+            double z = s1.step(pending[k]);
+            if constexpr (WithFirst) z = f.step(z);
+            o[k] = static_cast<float>(z);
+        }
     }
-}
+};
 
 // One block through a fixed stage set, the state of the stages that run
 // loaded into locals and written back at the end. Each stage set gets its own
 // function so that it loads and keeps in registers only what it uses.
 template <class P, int Sections, bool WithFirst>
 void runStages(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
-    Biquad s0(v.coef, v.delay);
-    Biquad s1(v.coef + 5, v.delay + 4);
-    FirstOrder f(v.coef1st, v.delay1st);
+    PairedFirstOrder<P> f(v.coef1st, v.delay1st);
     if constexpr (Sections == 0) {
-        runScalar(in, out, count, f);
+        runPairs<P>(in, out, count, f);
     } else if constexpr (Sections == 1) {
-        if constexpr (WithFirst) runScalar(in, out, count, s0, f);
-        else runScalar(in, out, count, s0);
+        PairedSection<P> s0(v.coef, v.delay);
+        if constexpr (WithFirst) runPairs<P>(in, out, count, s0, f);
+        else runPairs<P>(in, out, count, s0);
+        s0.store(v.delay);
     } else if (count >= kMinPairedBlock) {
-        runTwoSectionsPaired<P, WithFirst>(s0, s1, f, in, out, count);
+        Biquad s0(v.coef, v.delay);
+        Biquad s1(v.coef + 5, v.delay + 4);
+        PairedCascade<P, WithFirst, kLag>::run(s0, s1, f, in, out, count);
+        s0.store(v.delay);
+        s1.store(v.delay + 4);
     } else {
-        if constexpr (WithFirst) runScalar(in, out, count, s0, s1, f);
-        else runScalar(in, out, count, s0, s1);
+        PairedSection<P> s0(v.coef, v.delay);
+        PairedSection<P> s1(v.coef + 5, v.delay + 4);
+        if constexpr (WithFirst) runPairs<P>(in, out, count, s0, s1, f);
+        else runPairs<P>(in, out, count, s0, s1);
+        s0.store(v.delay);
+        s1.store(v.delay + 4);
     }
-    if constexpr (Sections >= 1) s0.store(v.delay);
-    if constexpr (Sections >= 2) s1.store(v.delay + 4);
     if constexpr (WithFirst) f.store(v.delay1st);
 }
 

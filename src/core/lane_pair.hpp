@@ -4,8 +4,10 @@
 // which pair type runs.
 //
 // A pair type provides set/lo/hi, mul and mulAdd (found by overload), and:
+//   load2(in) = (in[0], in[1]) widened
 //   loadPair(in, older0, older1, a, b): a = (in[0], older0.lo),
 //                                       b = (in[1], older1.lo)
+//   shift(older, newer) = (older.hi, newer.lo)
 //   highs(a, b) = (a.hi, b.hi)
 //   storePair(out, z): out[0] = float(z.lo), out[1] = float(z.hi)
 #ifndef MIVORA_LANE_PAIR_HPP
@@ -24,11 +26,15 @@ struct ScalarPair {
     double lo() const noexcept { return l; }
     double hi() const noexcept { return h; }
 
+    static ScalarPair load2(const float* in) noexcept {
+        return {static_cast<double>(in[0]), static_cast<double>(in[1])};
+    }
     static void loadPair(const float* in, ScalarPair older0, ScalarPair older1,
                          ScalarPair& a, ScalarPair& b) noexcept {
         a = {static_cast<double>(in[0]), older0.l};
         b = {static_cast<double>(in[1]), older1.l};
     }
+    static ScalarPair shift(ScalarPair older, ScalarPair newer) noexcept { return {older.h, newer.l}; }
     static ScalarPair highs(ScalarPair a, ScalarPair b) noexcept { return {a.h, b.h}; }
     static void storePair(float* out, ScalarPair z) noexcept {
         out[0] = static_cast<float>(z.l);

@@ -19,13 +19,17 @@ struct SsePair {
     double lo() const noexcept { return _mm_cvtsd_f64(v); }
     double hi() const noexcept { return _mm_cvtsd_f64(_mm_unpackhi_pd(v, v)); }
 
-    static void loadPair(const float* in, SsePair older0, SsePair older1, SsePair& a, SsePair& b) noexcept {
+    static SsePair load2(const float* in) noexcept {
         // Two floats in one 64-bit load, widened together (exact, like the
         // scalar conversion); _mm_loadl_epi64 is an aliasing-safe load.
-        const __m128d x = _mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(in))));
+        return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(in))))};
+    }
+    static void loadPair(const float* in, SsePair older0, SsePair older1, SsePair& a, SsePair& b) noexcept {
+        const __m128d x = load2(in).v;
         a.v = _mm_unpacklo_pd(x, older0.v);
         b.v = _mm_shuffle_pd(x, older1.v, 0b01);
     }
+    static SsePair shift(SsePair older, SsePair newer) noexcept { return {_mm_shuffle_pd(older.v, newer.v, 0b01)}; }
     static SsePair highs(SsePair a, SsePair b) noexcept { return {_mm_unpackhi_pd(a.v, b.v)}; }
     static void storePair(float* out, SsePair z) noexcept {
         // Narrowing rounds to nearest, as the scalar conversion does.

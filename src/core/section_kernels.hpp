@@ -66,15 +66,6 @@ struct Biquad {
         y2 = y1; y1 = y;
         return y;
     }
-    // Two consecutive samples, in place. Written so the state needs no
-    // register copies: each output lands where the state it replaces lived.
-    void step2(double& a, double& b) noexcept {
-        const double ya = sectionOut(c, a, x1, x2, y1, y2);
-        const double yb = sectionOut(c, b, a, x1, ya, y1);
-        x2 = a; x1 = b;
-        y2 = ya; y1 = yb;
-        a = ya; b = yb;
-    }
 };
 
 struct FirstOrder {
@@ -91,12 +82,6 @@ struct FirstOrder {
         const double y = firstOrderOut(c, x, x1, y1);
         x1 = x; y1 = y;
         return y;
-    }
-    void step2(double& a, double& b) noexcept {
-        const double ya = firstOrderOut(c, a, x1, y1);
-        const double yb = firstOrderOut(c, b, a, ya);
-        x1 = b; y1 = yb;
-        a = ya; b = yb;
     }
 };
 
