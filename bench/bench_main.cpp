@@ -113,12 +113,16 @@ void printSummary(const SummaryReporter& rep) {
         std::printf("\n");
     }
 
-    std::printf("\nstate decayed into subnormals (block 256): ns/sample, x normal signal, x bound\n");
+    std::printf("\nstate decayed into subnormals (block 256): ns/sample, x normal signal, x bound;\n"
+                "straightforward loop from the same state: ns/sample, x its normal signal\n");
     for (int order = 1; order <= 5; ++order) {
         const double v = rep.get(blockName(kDecayed, order, 256));
+        const double plain = rep.get(blockName(kDecayedStraightforward, order, 256));
         std::printf("%5d  %7.3f", order, v);
         printRatio(v, rep.get(blockName(kProcess, order, 256)));
         printRatio(v, boundFor(rep, order));
+        std::printf("   %7.3f", plain);
+        printRatio(plain, rep.get(blockName(kStraightforward, order, 256)));
         std::printf("\n");
     }
 

@@ -8,6 +8,7 @@ inline constexpr const char* kProcess = "doProcess";              // /order:N/bl
 inline constexpr const char* kStraightforward = "straightforward";  // /order:N/block:B
 inline constexpr const char* kCal = "cal";                        // /order:N
 inline constexpr const char* kDecayed = "decayed";                // /order:N/block:B
+inline constexpr const char* kDecayedStraightforward = "decayedStraightforward";  // /order:N/block:B
 inline constexpr const char* kBound = "bound";                    // /fma:1 or /fma:2
 inline constexpr const char* kDesign = "design/";                 // + operation
 
