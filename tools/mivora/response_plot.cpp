@@ -1,0 +1,25 @@
+#include "response_plot.hpp"
+
+#include "numbers.hpp"
+#include "sections.hpp"
+
+namespace mivora_tool {
+
+Plot responsePlot(const std::string& title, const std::string& subtitle,
+                  const std::vector<std::pair<std::string, Design>>& curves, const FrequencyRange& range) {
+    Plot plot{title, subtitle, {}, {}};
+    bool firstOrder = false;
+    double fs = 0.0;
+    const std::vector<double> freqs = logSpaced(range.from, range.to, range.points);
+    for (const auto& [legend, design] : curves) {
+        const Mivora::IirProcess filter = design.build();
+        firstOrder = firstOrder || readSections(filter).firstOrder.has_value();
+        fs = design.fs;
+        plot.curves.push_back({legend, sampleResponse(filter, design.fs, freqs)});
+    }
+    plot.note = "fs " + shortNumber(fs) + " Hz. Power and phase as the filter reports them";
+    plot.note += firstOrder ? "; the phase covers the second-order sections, not the first-order section." : ".";
+    return plot;
+}
+
+}  // namespace mivora_tool
