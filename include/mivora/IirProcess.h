@@ -232,14 +232,22 @@ public:
 
     // ---- DC filters and all-pass sections ----------------------------------
 
-    // One-pole DC tracker (low-pass) / DC cut (high-pass): order 1, the
-    // first-order section alone. By corner frequency or by coefficient alpha.
+    // DC tracker in the first-order section alone (order 1):
+    // y = alpha*x + (1 - alpha)*y1, unity at DC, stable for 0 < alpha < 2.
+    // The corner form uses alpha = 1 - exp(-2*pi*freq/fs), so freq 0 holds
+    // the output at its last value. The first-order state is kept.
     void setDcfLPF(double freq, double fs) noexcept;
     void setDcfLPF(double alpha) noexcept;
+    // DC cut in the first-order section alone (order 1):
+    // y = g*(x - x1) + g*y1 with g = 1 - alpha/2 (alpha as above): exact zero
+    // at DC, gain 2g/(1 + g) at fs/2, stable for 0 < alpha < 4; freq 0 gives
+    // g = 1. The first-order state is kept.
     void setDcfHPF(double freq, double fs) noexcept;
     void setDcfHPF(double alpha) noexcept;
-    // All-pass sections held in section 0 at order 2: flat 0 dB; phase -pi/2
-    // (first order) or +-pi (second order) at freq.
+    // All-pass sections in section 0 (order 2), 0 dB at every frequency.
+    // setAPF1st: (k + z^-1)/(1 + k z^-1), phase -pi/2 at freq (freq 0: k = -1).
+    // setAPF2nd: phase +-pi at freq; freq sets both the centre and the width
+    // of the phase transition.
     void setAPF1st(double freq, double fs) noexcept;
     void setAPF2nd(double freq, double fs) noexcept;
 
