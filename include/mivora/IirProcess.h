@@ -43,12 +43,14 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "export.h"  // MIVORA_API
+
 namespace Mivora {
 
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
 
-class IirProcess {
+class MIVORA_API IirProcess {
 public:
     // Most second-order sections plus first-order section the object holds.
     static constexpr int maxOrder = 5;
