@@ -48,6 +48,10 @@ namespace Mivora {
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
 
+namespace design {
+struct Cascade;
+}
+
 class IirProcess {
 public:
     // Most second-order sections plus first-order section the object holds.
@@ -287,6 +291,9 @@ private:
     void writeSection(int k, double b0, double b1, double b2, double a1, double a2) noexcept;
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
     static int clampOrder(int order) noexcept;
+    // changeOrder(c.order), then the sections a multi-section design
+    // computed, exactly those its order runs (src/design/cascade.hpp).
+    void applyDesign(const design::Cascade& c) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2
     double coef[10];      // per section: b0 b1 b2 a1 a2
