@@ -50,6 +50,10 @@ namespace Mivora {
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
 
+namespace design {
+struct Cascade;
+}
+
 class MIVORA_API IirProcess {
 public:
     // Most second-order sections plus first-order section the object holds.
@@ -183,32 +187,52 @@ public:
     void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
 
     // ---- Butterworth high-pass / low-pass (order 1..5) ---------------------
+    // Cut filters share these rules. Orders are clamped into [-5, 5] (order 8
+    // designs exactly order 5). Odd orders add the first-order section after
+    // the n/2 second-order sections. A design at the order the object holds
+    // keeps all state; otherwise the second-order state and coefficients are
+    // zeroed. The first-order state is never touched, and an even order leaves
+    // the first-order coefficients as they were (they do not run). Order 0
+    // writes nothing (the object passes samples through); a negative order
+    // runs no second-order section and, when odd, writes only the first-order
+    // section. Results for freq outside (0, fs/2) or fs = 0 are written as
+    // computed (NaN for fs = 0).
 
-    // -3.01 dB at freq. Odd orders add the first-order section. Order
-    // clamped into [-5, 5].
+    // -3.01 dB (1/sqrt 2) at freq; high-pass: 0 at DC, 1 at fs/2; low-pass the
+    // reverse.
     void setCoefHPF(int order, double freq, double fs) noexcept;
     void setCoefLPF(int order, double freq, double fs) noexcept;
     // Second order: exactly setCoefHPF(2, freq, fs) / setCoefLPF(2, freq, fs).
     void setCoefHPF(double freq, double fs) noexcept;
     void setCoefLPF(double freq, double fs) noexcept;
 
-    // ---- Chebyshev (pass-band ripple in dB, > 0) --------------------------
+    // ---- Chebyshev high-pass / low-pass (pass-band ripple) -----------------
 
-    // Gain -ripple dB at freq (the pass-band edge); pass band within
-    // [-ripple, 0] dB. Note ripple stands before fs.
+    // freq is the pass-band edge, where the gain is -ripple dB; the pass band
+    // stays within [-ripple, 0] dB (ripple in dB, > 0). At the pass-band end
+    // (DC for low-pass, fs/2 for high-pass) odd orders give 0 dB, even orders
+    // -ripple dB (section 0 carries that gain step). Note ripple stands before
+    // fs. ripple <= 0 gives NaN second-order sections.
     void setCoefHPFChev(int order, double freq, double ripple, double fs) noexcept;
     void setCoefLPFChev(int order, double freq, double ripple, double fs) noexcept;
 
-    // ---- Inverse Chebyshev (equiripple stop band) -------------------------
+    // ---- Inverse Chebyshev high-pass / low-pass (equiripple stop band) -----
 
-    // freq is the stop-band edge; attenuation As = 96 - stopLevel/10 dB
-    // (0 -> 96 dB, 360 -> 60 dB); meaningful below 960.
+    // freq is the stop-band edge, where the gain is -As dB with
+    // As = 96 - stopLevel/10 (0 -> 96 dB, 360 -> 60 dB, 560 -> 40 dB); the
+    // whole stop band stays at or below -As dB, each second-order section
+    // putting a transmission zero in it. Flat pass band, 0 dB at DC (low-pass)
+    // or fs/2 (high-pass). Meaningful for stopLevel < 960; 960 makes the
+    // sections all-pass and the low-pass first-order section NaN.
     void setCoefHPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
     void setCoefLPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
 
     // ---- Second-order cut with Q (order 2, section 0) ----------------------
 
-    // Gain q at freq. Note the order: freq, q, fs.
+    // Gain exactly q at freq (q = 1/sqrt 2: Butterworth, -3.01 dB; q = 2:
+    // +6.02 dB peak); unity at fs/2 (high-pass) or DC (low-pass). Note the
+    // order: freq, q, fs. Never touches the first-order section. q = 0 gives
+    // a NaN a2; freq = 0 puts a double pole at z = 1.
     void setCoefHPFQfct(double freq, double q, double fs) noexcept;
     void setCoefLPFQfct(double freq, double q, double fs) noexcept;
 
@@ -266,13 +290,21 @@ public:
     // Each maps one analogue section to five stored coefficients b0 b1 b2 a1
     // a2 (feedback sign as stored) through coefOut, and touches nothing else.
 
-    // s^2 / (s^2 + lin*s + cst)
+    // lin, cst: the analogue denominator s^2 + lin*s + cst on the pre-warped
+    // axis (for a cut-off at tan(pi*f/fs) = t, a low-pass factor s^2 + a*s + b
+    // moves to lin = a*t, cst = b*t*t).
+
+    // s^2 / (s^2 + lin*s + cst): gain 1 at fs/2, 0 at DC.
     static void HpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // cst / (s^2 + lin*s + cst)
+    // 1 / (s^2 + lin*s + cst): NOTE the numerator is 1, so the gain at DC is
+    // 1/cst; multiply b0 b1 b2 by cst for unity (the designs do).
     static void LpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // High-pass with transmission zero: numerator s^2 + zero, unity at fs/2.
+    // (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at fs/2, zero/cst at DC, and
+    // a transmission zero where the pre-warped frequency is sqrt(zero).
+    // zero = 0 gives exactly HpfCoefToZet.
     static void IChevHpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Low-pass with transmission zero: numerator s^2 + zero, unity at DC.
+    // The same section: equal to IChevHpfCoefToZet bit for bit (the low-pass
+    // designs scale b0 b1 b2 for unity at DC).
     static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
     // Band-pass section: lin*s / (s^2 + lin*s + cst).
     static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
@@ -297,6 +329,9 @@ private:
     void writeSection(int k, double b0, double b1, double b2, double a1, double a2) noexcept;
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
     static int clampOrder(int order) noexcept;
+    // changeOrder(c.order), then the sections a multi-section design
+    // computed, exactly those its order runs (src/design/cascade.hpp).
+    void applyDesign(const design::Cascade& c) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2
     double coef[10];      // per section: b0 b1 b2 a1 a2
