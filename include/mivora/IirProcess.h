@@ -212,8 +212,11 @@ public:
 
     // ---- Second-order band-pass with Q (order 2, section 0) ----------------
 
-    // Peak at freq; q = centre / bandwidth on the pre-warped axis.
-    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB).
+    // Peak at freq; q = centre / bandwidth on the pre-warped axis: the -3.01 dB
+    // points satisfy x+ - x- = t/q, x+ * x- = t^2 (x = tan(pi*f/fs), t at freq).
+    // Zero gain at DC and fs/2. Note the order: freq, q, fs; q = 0 gives NaN.
+    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB), b0 and b2
+    // being setCoefBPFQfct's divided by q.
     void setCoefBPFQfct(double freq, double q, double fs) noexcept;
     void setCoefBPF_Q(double freq, double q, double fs) noexcept;
 
@@ -264,17 +267,25 @@ public:
     static void IChevHpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
     // Low-pass with transmission zero: numerator s^2 + zero, unity at DC.
     static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Band-pass section: lin*s / (s^2 + lin*s + cst).
+    // Band-pass section s / (s^2 + lin*s + cst): gain 1/lin at the frequency
+    // whose pre-warped value is sqrt(cst), zero gain at DC and fs/2.
     static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // Band-eliminate section: (s^2 + zero) / (s^2 + lin*s + cst).
+    // Band-eliminate section (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at
+    // fs/2, zero/cst at DC, a null where the pre-warped frequency is
+    // sqrt(zero).
     static void BefCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Low-pass to band-pass transformation of the prototype factor
-    // s^2 + lin*s + cst for band edges wLow, wHigh (pre-warped): the two
-    // band factors s^2 + lin1*s + cst1 and s^2 + lin2*s + cst2.
+    // Low-pass to band-pass map of one prototype factor s^2 + lin*s + cst with
+    // complex roots (4*cst > lin^2), for pre-warped edges wLow < wHigh: the
+    // two band factors s^2 + lin1*s + cst1 (upper pole pair, cst1 > wLow*wHigh)
+    // and s^2 + lin2*s + cst2 (lower pair), whose product is
+    // (s^2 + W2)^2 + lin*BW*s*(s^2 + W2) + cst*BW^2*s^2, BW = wHigh - wLow,
+    // W2 = wLow*wHigh. Real roots give NaN.
     static void BpfCoefTrans(double lin, double cst, double wLow, double wHigh,
                              double* lin1, double* cst1, double* lin2, double* cst2) noexcept;
-    // Band transformation of a prototype zero factor s^2 + zero into the two
-    // band zero factors s^2 + zeroHigh and s^2 + zeroLow.
+    // Band map of a prototype zero factor s^2 + zero (zero >= 0) for the same
+    // edges: (s^2 + zeroHigh)(s^2 + zeroLow) = (s^2 + W2)^2 + zero*BW^2*s^2,
+    // so zeroHigh*zeroLow = W2^2 and sqrt(zeroHigh) - sqrt(zeroLow) =
+    // BW*sqrt(zero).
     static void BuboCoefTrans(double wLow, double wHigh, double zero,
                               double* zeroHigh, double* zeroLow) noexcept;
 
