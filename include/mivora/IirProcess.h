@@ -221,15 +221,34 @@ public:
     void setCoefBPF_Q(double freq, double q, double fs) noexcept;
 
     // ---- Band-pass / band-eliminate (order 2*protoOrder) -------------------
+    // A low-pass prototype of protoOrder mapped to the band edges freqLow <
+    // freqHigh (both below fs/2). protoOrder is clamped into [0, 2]: 3 or more
+    // designs exactly protoOrder 2, and 0 or less sets order 0, which passes
+    // samples through. Sections 0..protoOrder-1 are written (upper pole pair
+    // first); the first-order section is neither written nor run. A redesign
+    // at the same protoOrder keeps the running state, whichever of these six
+    // designs it uses. freqLow > freqHigh gives unstable sections; freqLow = 0
+    // gives non-finite ones at protoOrder 2.
 
-    // protoOrder clamped into [0, 2]; 0 passes samples through.
-    // Butterworth: -3.01 dB at both edges.
+    // Butterworth: -3.01 dB at both edges. Band-pass: 0 dB at the centre f0
+    // (tan(pi*f0/fs) = sqrt(wLow*wHigh)), zero gain at DC and fs/2.
+    // Band-eliminate: 0 dB at DC and fs/2, a null at f0; same poles as the
+    // band-pass.
     void setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
     void setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
-    // Chebyshev: -ripple dB at both edges.
+    // Chebyshev: ripple (dB, > 0) between 0 and -ripple dB in the pass band,
+    // exactly -ripple dB at both edges. Band-pass: zero gain at DC and fs/2;
+    // at f0 0 dB for protoOrder 1, -ripple dB for 2. Band-eliminate: null at
+    // f0; at DC and fs/2 0 dB for protoOrder 1, -ripple dB for 2. ripple = 0
+    // gives non-finite coefficients, a negative one NaN.
     void setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
     void setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
-    // Inverse Chebyshev: -As dB at both (stop-band) edges.
+    // Inverse Chebyshev: flat pass band, equal-ripple stop band no higher than
+    // -As dB, As = 96 - stopLevel/10 (0 -> 96 dB, 400 -> 56 dB); the edges are
+    // the stop-band edges, exactly -As dB. Band-pass: 0 dB at f0; at DC and
+    // fs/2 a null for protoOrder 1, -As dB for 2. Band-eliminate: 0 dB at DC
+    // and fs/2; at f0 a null for protoOrder 1, -As dB for 2. stopLevel 960
+    // leaves the poles undamped; above 960 the coefficients are NaN.
     void setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
     void setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
 
@@ -297,6 +316,9 @@ private:
     void writeSection(int k, const double* c) noexcept;
     void writeSection(int k, double b0, double b1, double b2, double a1, double a2) noexcept;
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
+    // Band designs: order reset to 2*count, then sections 0..count-1 from
+    // sections (count at most maxProtoOrder).
+    void writeBandSections(int count, const double (*sections)[5]) noexcept;
     static int clampOrder(int order) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2
