@@ -238,21 +238,43 @@ public:
 
     // ---- Second-order band-pass with Q (order 2, section 0) ----------------
 
-    // Peak at freq; q = centre / bandwidth on the pre-warped axis.
-    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB).
+    // Peak at freq; q = centre / bandwidth on the pre-warped axis: the -3.01 dB
+    // points satisfy x+ - x- = t/q, x+ * x- = t^2 (x = tan(pi*f/fs), t at freq).
+    // Zero gain at DC and fs/2. Note the order: freq, q, fs; q = 0 gives NaN.
+    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB), b0 and b2
+    // being setCoefBPFQfct's divided by q.
     void setCoefBPFQfct(double freq, double q, double fs) noexcept;
     void setCoefBPF_Q(double freq, double q, double fs) noexcept;
 
     // ---- Band-pass / band-eliminate (order 2*protoOrder) -------------------
+    // A low-pass prototype of protoOrder mapped to the band edges freqLow <
+    // freqHigh (both below fs/2). protoOrder is clamped into [0, 2]: 3 or more
+    // designs exactly protoOrder 2, and 0 or less sets order 0, which passes
+    // samples through. Sections 0..protoOrder-1 are written (upper pole pair
+    // first); the first-order section is neither written nor run. A redesign
+    // at the same protoOrder keeps the running state, whichever of these six
+    // designs it uses. freqLow > freqHigh gives unstable sections; freqLow = 0
+    // gives non-finite ones at protoOrder 2.
 
-    // protoOrder clamped into [0, 2]; 0 passes samples through.
-    // Butterworth: -3.01 dB at both edges.
+    // Butterworth: -3.01 dB at both edges. Band-pass: 0 dB at the centre f0
+    // (tan(pi*f0/fs) = sqrt(wLow*wHigh)), zero gain at DC and fs/2.
+    // Band-eliminate: 0 dB at DC and fs/2, a null at f0; same poles as the
+    // band-pass.
     void setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
     void setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
-    // Chebyshev: -ripple dB at both edges.
+    // Chebyshev: ripple (dB, > 0) between 0 and -ripple dB in the pass band,
+    // exactly -ripple dB at both edges. Band-pass: zero gain at DC and fs/2;
+    // at f0 0 dB for protoOrder 1, -ripple dB for 2. Band-eliminate: null at
+    // f0; at DC and fs/2 0 dB for protoOrder 1, -ripple dB for 2. ripple = 0
+    // gives non-finite coefficients, a negative one NaN.
     void setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
     void setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
-    // Inverse Chebyshev: -As dB at both (stop-band) edges.
+    // Inverse Chebyshev: flat pass band, equal-ripple stop band no higher than
+    // -As dB, As = 96 - stopLevel/10 (0 -> 96 dB, 400 -> 56 dB); the edges are
+    // the stop-band edges, exactly -As dB. Band-pass: 0 dB at f0; at DC and
+    // fs/2 a null for protoOrder 1, -As dB for 2. Band-eliminate: 0 dB at DC
+    // and fs/2; at f0 a null for protoOrder 1, -As dB for 2. stopLevel 960
+    // leaves the poles undamped; above 960 the coefficients are NaN.
     void setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
     void setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
 
@@ -306,17 +328,25 @@ public:
     // The same section: equal to IChevHpfCoefToZet bit for bit (the low-pass
     // designs scale b0 b1 b2 for unity at DC).
     static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Band-pass section: lin*s / (s^2 + lin*s + cst).
+    // Band-pass section s / (s^2 + lin*s + cst): gain 1/lin at the frequency
+    // whose pre-warped value is sqrt(cst), zero gain at DC and fs/2.
     static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // Band-eliminate section: (s^2 + zero) / (s^2 + lin*s + cst).
+    // Band-eliminate section (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at
+    // fs/2, zero/cst at DC, a null where the pre-warped frequency is
+    // sqrt(zero).
     static void BefCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Low-pass to band-pass transformation of the prototype factor
-    // s^2 + lin*s + cst for band edges wLow, wHigh (pre-warped): the two
-    // band factors s^2 + lin1*s + cst1 and s^2 + lin2*s + cst2.
+    // Low-pass to band-pass map of one prototype factor s^2 + lin*s + cst with
+    // complex roots (4*cst > lin^2), for pre-warped edges wLow < wHigh: the
+    // two band factors s^2 + lin1*s + cst1 (upper pole pair, cst1 > wLow*wHigh)
+    // and s^2 + lin2*s + cst2 (lower pair), whose product is
+    // (s^2 + W2)^2 + lin*BW*s*(s^2 + W2) + cst*BW^2*s^2, BW = wHigh - wLow,
+    // W2 = wLow*wHigh. Real roots give NaN.
     static void BpfCoefTrans(double lin, double cst, double wLow, double wHigh,
                              double* lin1, double* cst1, double* lin2, double* cst2) noexcept;
-    // Band transformation of a prototype zero factor s^2 + zero into the two
-    // band zero factors s^2 + zeroHigh and s^2 + zeroLow.
+    // Band map of a prototype zero factor s^2 + zero (zero >= 0) for the same
+    // edges: (s^2 + zeroHigh)(s^2 + zeroLow) = (s^2 + W2)^2 + zero*BW^2*s^2,
+    // so zeroHigh*zeroLow = W2^2 and sqrt(zeroHigh) - sqrt(zeroLow) =
+    // BW*sqrt(zero).
     static void BuboCoefTrans(double wLow, double wHigh, double zero,
                               double* zeroHigh, double* zeroLow) noexcept;
 

@@ -48,7 +48,7 @@ void inverseChebyshevSection(Pass pass, const ChebyshevPair& p, double t, double
     if (pass == Pass::Low) {
         IirProcess::IChevLpfCoefToZet(r.lin, r.cst, (zero * t) * t, c);
         // zero/cst at DC before scaling: g = cst/zero on the prototype axis.
-        design::cut::scaleNumerator(c, 1.0 / (zero * p.p2));
+        design::scaleNumerator(c, 1.0 / (zero * p.p2));
     } else {
         // s -> t/s of the reciprocal-pole section; already unity at fs/2.
         const double t2 = t * t;
@@ -74,7 +74,7 @@ design::Cascade chebyshevCascade(Kind kind, Pass pass, int requestedOrder, doubl
     // Every section has unity gain at the pass-band end, where an even-order
     // Chebyshev response should sit at the ripple's troughs.
     if (kind == Kind::Chebyshev && c.sections > 0 && !c.firstOrder)
-        design::cut::scaleNumerator(c.section[0], design::chebyshevEvenOrderGain(epsilon));
+        design::scaleNumerator(c.section[0], design::chebyshevEvenOrderGain(epsilon));
 
     if (c.firstOrder) {
         // Real pole -sinh(mu); the inverse prototype's is its reciprocal, which

@@ -11,12 +11,6 @@ namespace Mivora::design::cut {
 enum class Pass { High, Low };
 
 // b0, b1, b2 times g; the feedback coefficients stay.
-inline void scaleNumerator(double* c, double g) noexcept {
-    c[0] *= g;
-    c[1] *= g;
-    c[2] *= g;
-}
-
 // Section of s^2/(s^2 + lin*s + cst) (high-pass) or cst/(s^2 + lin*s + cst)
 // (low-pass): unity gain at the pass-band end either way.
 inline void unityCutSection(Pass pass, double lin, double cst, double* c) noexcept {
