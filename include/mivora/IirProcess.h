@@ -140,26 +140,35 @@ public:
     void setCoef(double freq, double fs, double gainDb, double q) noexcept;
 
     // ---- First-order shelves (order 2, section 0 with b2 = a2 = 0) --------
+    // Note the argument order: freq, gainDb, fs. A pole and a zero a factor
+    // A = 10^(|gainDb|/20) apart on the pre-warped axis. Variant A: freq is
+    // the corner on the shelf side; variant B: the corner on the flat side.
+    // A cut is the exact inverse of the same boost; 0 dB passes the signal
+    // unchanged. NaN gainDb or fs = 0 give NaN numerator coefficients and so
+    // NaN output; freq = 0 gives a constant gain (1 for the low shelves,
+    // 10^(gainDb/20) for HIGS_A) and NaN for HIGS_B.
 
-    // Low shelf: gain 10^(gainDb/20) at DC, 1 at fs/2. Variant A: freq is the
-    // corner on the shelf side; variant B: freq is the corner on the flat side.
+    // Low shelf: gain 10^(gainDb/20) at DC, 1 at fs/2.
     void setCoefLOWS_A(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_B(double freq, double gainDb, double fs) noexcept;
     // Variant B.
     void setCoefLOWS(double freq, double gainDb, double fs) noexcept;
     // Variant B when type == 1, variant A for any other type.
     void setCoefLOWS(double freq, double gainDb, double fs, short type) noexcept;
-    // High shelf: gain 1 at DC, 10^(gainDb/20) at fs/2; variants as above.
+    // High shelf: gain 1 at DC, 10^(gainDb/20) at fs/2; overloads as above.
     void setCoefHIGS_A(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS_B(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Second-order shelves (order 2, section 0) ------------------------
-
-    // freq is the natural frequency the variant names (A: shelf side, B: flat
-    // side). Damping sqrt(2) for _2A/_2B; damping 2 (the square of the
-    // matching first-order shelf at half the gain) for _PM_2A/_PM_2B.
+    // freq, gainDb, fs as above. Two quadratics with natural frequencies a
+    // factor sqrt(A) apart, one at freq: on the shelf side (A) or the flat
+    // side (B). _2A/_2B have damping sqrt(2) (Butterworth-shaped); _PM_2A and
+    // _PM_2B damping 2, the matching first-order shelf at gainDb/2 squared.
+    // Gains at DC and fs/2, inverse cut, 0 dB, NaN gainDb and fs = 0 as for
+    // the first-order shelves; freq = 0 gives a constant gain (1, or
+    // 10^(gainDb/20) for high shelves) over a double pole on z = 1.
     void setCoefLOWS_2A(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_2B(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_PM_2A(double freq, double gainDb, double fs) noexcept;
@@ -175,13 +184,18 @@ public:
     void setCoefHIGS_2(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Shelves with corner placement (section 0 only; no order reset) ---
-
-    // Note fs comes FIRST. weight 0 places freq at the shelf-side corner
-    // (variant A), weight 1 at the point where the response is levelDb
-    // (levelDb 0: variant B); -100 dB exactly stands for a linear level 0.
-    // Overwrites section 0's coefficients alone: order, state and section 1
-    // are untouched.
+    // Note fs comes FIRST. freq lands where the straight-line response is
+    // (1 - weight)*|gainDb| + weight*levelDb dB from 0 toward the shelf:
+    // weight 0 gives the variant A shelf, weight 1 with levelDb 0 variant B;
+    // other weights interpolate or extrapolate. levelDb of exactly -100 means
+    // a linear level of 0: with weight > 0 the corner goes to 0 (low shelves)
+    // or next to fs/2 (high shelves), a degenerate but finite section.
+    // Writes section 0's five coefficients only: order, state, section 1 and
+    // the first-order section are untouched, so setOrder(2) first for the
+    // shelf to run alone. _C: first order (b2 = a2 = 0); _2C: damping sqrt(2).
     void setCoefLowShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    // gainDb of exactly -100 cuts to silence: output held (weight < 1), or a
+    // first-order low-pass at the placed corner (weight 1).
     void setCoefHiShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     void setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
