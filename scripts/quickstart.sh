@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev)
+PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config)
 
 install_missing() {
     local missing=()
