@@ -2,7 +2,34 @@
 
 #include "usage_error.hpp"
 
+#include <cmath>
+
 namespace mivora_tool {
+
+namespace {
+
+// Integer steps per unit full scale of the integer sample formats.
+// libsndfile truncates floats toward minus infinity when it converts with
+// clipping; rounding to the format's grid first makes that conversion exact,
+// so integer output is the filter's result rounded to nearest.
+double integerSteps(int format) {
+    switch (format & SF_FORMAT_SUBMASK) {
+    case SF_FORMAT_PCM_S8:
+    case SF_FORMAT_PCM_U8:
+    case SF_FORMAT_DPCM_8: return 128.0;
+    case SF_FORMAT_PCM_16:
+    case SF_FORMAT_DPCM_16:
+    case SF_FORMAT_ALAC_16: return 32768.0;
+    case SF_FORMAT_ALAC_20: return 524288.0;
+    case SF_FORMAT_PCM_24:
+    case SF_FORMAT_ALAC_24: return 8388608.0;
+    case SF_FORMAT_PCM_32:
+    case SF_FORMAT_ALAC_32: return 2147483648.0;
+    default: return 0.0;
+    }
+}
+
+}  // namespace
 
 AudioReader::AudioReader(const std::string& path) : path_(path) {
     file_ = sf_open(path.c_str(), SFM_READ, &info_);
@@ -22,7 +49,8 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
     return got;
 }
 
-AudioWriter::AudioWriter(const std::string& path, int format, int channels, int sampleRate) : path_(path) {
+AudioWriter::AudioWriter(const std::string& path, int format, int channels, int sampleRate)
+    : path_(path), channels_(channels), steps_(integerSteps(format)) {
     SF_INFO info{};
     info.format = format;
     info.channels = channels;
@@ -40,6 +68,11 @@ AudioWriter::~AudioWriter() {
 }
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {
+    if (steps_ > 0.0) {
+        rounded_.assign(interleaved, interleaved + frames * channels_);
+        for (float& v : rounded_) v = static_cast<float>(std::nearbyint(static_cast<double>(v) * steps_) / steps_);
+        interleaved = rounded_.data();
+    }
     if (sf_writef_float(file_, interleaved, frames) != frames)
         throw UsageError("cannot write " + path_ + ": " + sf_strerror(file_));
 }

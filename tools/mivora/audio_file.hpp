@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace mivora_tool {
 
@@ -45,6 +46,9 @@ private:
     std::string path_;
     std::unique_ptr<PendingFile> pending_;
     SNDFILE* file_ = nullptr;
+    int channels_ = 0;
+    double steps_ = 0.0;  // integer steps per unit of a PCM format; 0 for others
+    std::vector<float> rounded_;
 };
 
 // The input's format, or the same container with 32-bit float samples.

@@ -184,13 +184,20 @@ struct Parser {
     }
 };
 
-// CLI11's own messages, for the few errors it catches before we see values.
-std::string parseErrorLine(const CLI::ParseError& e) {
+// CLI11's own messages, for the few errors it catches before we see values,
+// reworded where a plainer line helps.
+std::string parseErrorLine(const CLI::ParseError& e, const Parser& parser) {
     std::string message = e.what();
     message.erase(std::remove(message.begin(), message.end(), '\n'), message.end());
+    const std::string option = message.substr(0, message.find(':'));
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&e) && option.rfind("--", 0) == 0)
+        return option + (message.find("missing") != std::string::npos ? " needs a value" : " is given more than once");
+    if (dynamic_cast<const CLI::RequiredError*>(&e) && message == "design is required") {
+        for (const CLI::App* cmd : parser.app.get_subcommands())
+            return cmd->get_name() + " needs a design name (mivora list shows them)";
+    }
     return message;
 }
-
 }  // namespace
 
 ParseResult parseCommandLine(int argc, const char* const* argv) {
@@ -201,9 +208,10 @@ ParseResult parseCommandLine(int argc, const char* const* argv) {
         return result;
     }
     const std::string first = argv[1];
-    if (first.empty() || (first[0] != '-' && std::find(std::begin(kCommands), std::end(kCommands), first) ==
-                                                 std::end(kCommands))) {
-        result.error = "unknown command '" + first + "'; use one of " + commandList();
+    const bool command = std::find(std::begin(kCommands), std::end(kCommands), first) != std::end(kCommands);
+    if (!command && first != "-h" && first != "--help" && first != "--version") {
+        result.error = (first.size() > 1 && first[0] == '-' ? "unknown option " + first : "unknown command '" + first + "'") +
+                       "; use one of " + commandList();
         return result;
     }
 
@@ -217,7 +225,7 @@ ParseResult parseCommandLine(int argc, const char* const* argv) {
         result.exitCode = parser.app.exit(e, out, err);
         result.output = out.str();
     } catch (const CLI::ParseError& e) {
-        result.error = parseErrorLine(e);
+        result.error = parseErrorLine(e, parser);
     } catch (const UsageError& e) {
         result.error = e.what();
     }

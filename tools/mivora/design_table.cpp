@@ -81,7 +81,6 @@ const std::vector<DesignRow> kRows = {
     {"peak", {{"variant", "cq"}}, "setCoefPDFCQ(freq, fs, gain, q)",
      {kBandCentre, kPeakGain, {"q", Kind::Q, "Q of the zeros when boosting, of the poles when cutting", 1.0}},
      [](IirProcess& f, const double* v, double fs) { f.setCoefPDFCQ(v[0], fs, v[1], v[2]); }},
-#if MIVORA_TOOL_HAS_SHELVES
     // First- and second-order shelves, and the corner-placed ones.
     {"lowshelf", {{"order", "1"}, {"variant", "A"}, {"placement", "natural"}}, "setCoefLOWS_A(freq, gain, fs)",
      {kShelfSideCorner, kLowShelfGain},
@@ -131,8 +130,6 @@ const std::vector<DesignRow> kRows = {
     {"highshelf", {{"order", "2"}, {"placement", "corner"}}, "setCoefHiShelf_2C(fs, freq, gain, weight, level)",
      {kPlacedFreq, kHighShelfGain, kWeight, kLevel},
      [](IirProcess& f, const double* v, double fs) { f.setCoefHiShelf_2C(fs, v[0], v[1], v[2], v[3]); }},
-#endif
-#if MIVORA_TOOL_HAS_CUT
     // Cut filters of any order the object holds, and the second-order Q sections.
     {"lowpass", {{"type", "butter"}}, "setCoefLPF(order, freq, fs)", {kCutOrder, kCutoff},
      [](IirProcess& f, const double* v, double fs) { f.setCoefLPF(asOrder(v[0]), v[1], fs); }},
@@ -152,8 +149,6 @@ const std::vector<DesignRow> kRows = {
      [](IirProcess& f, const double* v, double fs) { f.setCoefHPFIChev(asOrder(v[0]), v[1], v[2], fs); }},
     {"highpass", {{"type", "q"}}, "setCoefHPFQfct(freq, q, fs)", {kCutoff, kCutQ},
      [](IirProcess& f, const double* v, double fs) { f.setCoefHPFQfct(v[0], v[1], fs); }},
-#endif
-#if MIVORA_TOOL_HAS_BAND
     // Band filters: second-order from a Q, or a low-pass prototype transformed.
     {"bandpass", {{"type", "q"}}, "setCoefBPFQfct(freq, q, fs)",
      {kBandCentre, {"q", Kind::Q, "centre / bandwidth; also the peak gain", 1.0}},
@@ -177,8 +172,6 @@ const std::vector<DesignRow> kRows = {
     {"bandstop", {{"type", "icheby"}}, "setCoefBEFIChev(order, low, high, stop-level, fs)",
      {kProtoOrder, kLowStopEdge, kHighStopEdge, kStopLevel},
      [](IirProcess& f, const double* v, double fs) { f.setCoefBEFIChev(asOrder(v[0]), v[1], v[2], v[3], fs); }},
-#endif
-#if MIVORA_TOOL_HAS_UTILITY
     // DC filters and all-pass sections.
     {"dc-lowpass", {{"form", "freq"}}, "setDcfLPF(freq, fs)", {kDcCorner},
      [](IirProcess& f, const double* v, double fs) { f.setDcfLPF(v[0], fs); }},
@@ -194,7 +187,6 @@ const std::vector<DesignRow> kRows = {
      [](IirProcess& f, const double* v, double fs) { f.setAPF1st(v[0], fs); }},
     {"allpass", {{"order", "2"}}, "setAPF2nd(freq, fs)", {kAllpassFreq},
      [](IirProcess& f, const double* v, double fs) { f.setAPF2nd(v[0], fs); }},
-#endif
 };
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include "numbers.hpp"
 #include "sections.hpp"
 
+#include <limits>
+
 namespace mivora_tool {
 
 Plot responsePlot(const std::string& title, const std::string& subtitle,
@@ -13,12 +15,17 @@ Plot responsePlot(const std::string& title, const std::string& subtitle,
     const std::vector<double> freqs = logSpaced(range.from, range.to, range.points);
     for (const auto& [legend, design] : curves) {
         const Mivora::IirProcess filter = design.build();
-        firstOrder = firstOrder || readSections(filter).firstOrder.has_value();
+        const Sections sections = readSections(filter);
+        firstOrder = firstOrder || sections.firstOrder.has_value();
         fs = design.fs;
-        plot.curves.push_back({legend, sampleResponse(filter, design.fs, freqs)});
+        PlotCurve curve{legend, sampleResponse(filter, design.fs, freqs)};
+        // With no second-order section there is no reported phase to draw.
+        if (sections.biquads.empty())
+            for (ResponsePoint& p : curve.points) p.phaseRad = std::numeric_limits<double>::quiet_NaN();
+        plot.curves.push_back(std::move(curve));
     }
     plot.note = "fs " + shortNumber(fs) + " Hz. Power and phase as the filter reports them";
-    plot.note += firstOrder ? "; the phase covers the second-order sections, not the first-order section." : ".";
+    plot.note += firstOrder ? "; the phase covers the second-order sections only, not the first-order section." : ".";
     return plot;
 }
 
