@@ -82,11 +82,13 @@ const Case kCases[] = {
     {"allpass --freq 800", [](IirProcess& f) { f.setAPF2nd(800, 48000); }},
 };
 
-std::vector<std::string> words(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> out{"coef"};
-    for (std::string w; in >> w;) out.push_back(w);
-    return out;
+// `mivora coef WORDS --format FORMAT`.
+tool_test::Run runCoef(const std::string& words, const char* format) {
+    std::istringstream in(words);
+    std::vector<std::string> args{"coef"};
+    for (std::string w; in >> w;) args.push_back(w);
+    args.insert(args.end(), {"--format", format});
+    return runTool(args);
 }
 
 // The running sections as getCoef lays them out, each first-order section
@@ -109,9 +111,7 @@ std::vector<std::vector<double>> expectedRows(const Case& c) {
 TEST(ToolCoef, EveryDesignPrintsTheLibraryCoefficients) {
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.words);
-        std::vector<std::string> args = words(c.words);
-        args.insert(args.end(), {"--format", "csv"});
-        const tool_test::Run run = runTool(args);
+        const tool_test::Run run = runCoef(c.words, "csv");
         ASSERT_EQ(run.exitCode, 0) << run.err;
         EXPECT_EQ(numberRows(run.out, true), expectedRows(c));
     }
@@ -125,9 +125,7 @@ TEST(ToolCoef, SosRowsNegateTheStoredFeedback) {
     };
     for (const Case& c : sosCases) {
         SCOPED_TRACE(c.words);
-        std::vector<std::string> args = words(c.words);
-        args.insert(args.end(), {"--format", "sos"});
-        const tool_test::Run run = runTool(args);
+        const tool_test::Run run = runCoef(c.words, "sos");
         ASSERT_EQ(run.exitCode, 0) << run.err;
         std::vector<std::vector<double>> expected;
         for (const auto& row : expectedRows(c)) expected.push_back({row[0], row[1], row[2], 1.0, -row[3], -row[4]});
@@ -144,9 +142,7 @@ TEST(ToolCoef, AllFormatsCarryTheSameNumbers) {
     f.getCoef(coef);
     for (const char* format : {"text", "json", "c"}) {
         SCOPED_TRACE(format);
-        std::vector<std::string> args = words(design);
-        args.insert(args.end(), {"--format", format});
-        const tool_test::Run run = runTool(args);
+        const tool_test::Run run = runCoef(design, format);
         ASSERT_EQ(run.exitCode, 0) << run.err;
         // Every coefficient appears, at full precision, in getCoef's order.
         std::size_t at = 0;

@@ -33,7 +33,7 @@ public:
         std::signal(SIGTERM, previousTerm_);
     }
     void check() const {
-        if (interrupted) throw UsageError("interrupted; no output written");
+        if (interrupted) throw Interrupted();
     }
 
 private:

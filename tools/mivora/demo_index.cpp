@@ -33,7 +33,7 @@ std::string renderIndexPage(const std::vector<IndexEntry>& plots, const std::str
            "Under each plot: the commands that draw one curve each.</p>\n<div class=\"grid\">\n";
     for (const IndexEntry& p : plots) {
         out << "<figure><a href=\"" << xmlEscaped(p.file) << "\"><img src=\"" << xmlEscaped(p.file) << "\" alt=\""
-            << xmlEscaped(p.title) << "\"></a>\n<figcaption><strong>" << xmlEscaped(p.title) << "</strong>";
+            << xmlEscaped(p.title) << "\"></a>\n<figcaption>";
         commands(out, p.commands);
         out << "</figcaption></figure>\n";
     }

@@ -29,6 +29,9 @@ int main(int argc, char** argv) {
     } catch (const UsageError& e) {
         std::cerr << "mivora: " << e.what() << "\n";
         return kUsageExit;
+    } catch (const Interrupted& e) {
+        std::cerr << "mivora: " << e.what() << "\n";
+        return kInterruptedExit;
     } catch (const std::exception& e) {
         std::cerr << "mivora: unexpected failure: " << e.what() << "\n";
         return 1;

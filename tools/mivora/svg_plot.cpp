@@ -70,6 +70,7 @@ Axis magnitudeAxis(const Plot& plot) {
     }
     const double span = hi - lo;
     hi += span * 0.05;
+    lo -= span * 0.02;
     double step = 1.0;
     for (double s : {1.0, 2.0, 3.0, 5.0, 6.0, 10.0, 12.0, 20.0, 24.0, 30.0})
         if (span / s <= 10.0) {

@@ -1,4 +1,4 @@
-// The one error the tool reports to its user: a single line, exit status 2.
+// What the tool reports to its user: one line, and an exit status.
 #ifndef MIVORA_TOOL_USAGE_ERROR_HPP
 #define MIVORA_TOOL_USAGE_ERROR_HPP
 
@@ -15,6 +15,15 @@ public:
 };
 
 inline constexpr int kUsageExit = 2;
+
+// Ctrl-C or a termination request during a long run: the run unwinds so no
+// partial output is left, and exits as an interrupted program does.
+class Interrupted : public std::runtime_error {
+public:
+    Interrupted() : std::runtime_error("interrupted; no output written") {}
+};
+
+inline constexpr int kInterruptedExit = 130;
 
 }  // namespace mivora_tool
 
