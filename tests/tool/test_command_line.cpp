@@ -22,7 +22,8 @@ DesignRequest requestFor(const DesignRow& row) {
     for (const Pin& pin : row.pins) {
         const Selector& s = *findSelector(family, pin.selector);
         if (!s.hidden) request.options.emplace_back(pin.selector, pin.value);
-        else if (s.implied && !std::strcmp(pin.value, s.implied)) request.options.emplace_back(s.impliedBy.front(), "0.5");
+        else if (s.implied && !std::strcmp(pin.value, s.implied))
+            request.options.emplace_back(s.impliedBy.front(), "0.5");
     }
     for (const Param& p : row.params)
         if (!p.fallback) request.options.emplace_back(p.option, "1.5");

@@ -25,11 +25,13 @@ std::string text(const Design& d, const Sections& s) {
         << kConvention << "\n\n";
     for (std::size_t k = 0; k < s.biquads.size(); ++k) {
         out << "section " << k << "\n";
-        for (std::size_t i = 0; i < 5; ++i) out << "  " << kSectionNames[i] << " = " << exactNumber(s.biquads[k][i]) << "\n";
+        for (std::size_t i = 0; i < 5; ++i)
+            out << "  " << kSectionNames[i] << " = " << exactNumber(s.biquads[k][i]) << "\n";
     }
     if (s.firstOrder) {
         out << "first-order section   y = b0*x + b1*x1 + a1*y1\n";
-        for (std::size_t i = 0; i < 3; ++i) out << "  " << kFirstOrderNames[i] << " = " << exactNumber((*s.firstOrder)[i]) << "\n";
+        for (std::size_t i = 0; i < 3; ++i)
+            out << "  " << kFirstOrderNames[i] << " = " << exactNumber((*s.firstOrder)[i]) << "\n";
     }
     return out.str();
 }

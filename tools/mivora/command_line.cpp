@@ -117,7 +117,8 @@ struct Parser {
         responseDesign.declare(*response, "sampling frequency, Hz (default 48000)");
         fromOpt = response->add_option("--from", fromText, "lowest frequency, Hz (default 10)");
         toOpt = response->add_option("--to", toText, "highest frequency, Hz (default fs/2)");
-        pointsOpt = response->add_option("--points", pointsText, "frequencies, log-spaced (default 31, or 400 for --svg)");
+        pointsOpt = response->add_option("--points", pointsText,
+                                         "frequencies, log-spaced (default 31, or 400 for --svg)");
         tableFormatOpt = response->add_option("--format", tableFormat, "table as text, csv or json");
         response->add_option("--svg", svgPath, "write a plot of magnitude and phase to this file");
 
@@ -210,8 +211,9 @@ ParseResult parseCommandLine(int argc, const char* const* argv) {
     const std::string first = argv[1];
     const bool command = std::find(std::begin(kCommands), std::end(kCommands), first) != std::end(kCommands);
     if (!command && first != "-h" && first != "--help" && first != "--version") {
-        result.error = (first.size() > 1 && first[0] == '-' ? "unknown option " + first : "unknown command '" + first + "'") +
-                       "; use one of " + commandList();
+        const bool option = first.size() > 1 && first[0] == '-';
+        result.error = (option ? "unknown option " + first : "unknown command '" + first + "'") + "; use one of " +
+                       commandList();
         return result;
     }
 

@@ -69,7 +69,8 @@ std::vector<IndexEntry> writePlots(const std::filesystem::path& dir) {
             curves.emplace_back(c.legend, resolveDesign(requestFromWords(c.design), kFs));
             entry.commands.push_back(std::string("mivora response ") + c.design + " --svg plot.svg");
         }
-        writeWholeFile((dir / entry.file).string(), renderSvg(responsePlot(g.title, subtitleFor(curves), curves, kPlotRange)));
+        const Plot plot = responsePlot(g.title, subtitleFor(curves), curves, kPlotRange);
+        writeWholeFile((dir / entry.file).string(), renderSvg(plot));
         entries.push_back(entry);
     }
     return entries;
@@ -86,7 +87,8 @@ std::vector<IndexEntry> writeSounds(const std::filesystem::path& dir, const std:
         IndexEntry entry{std::string(s.file) + ".wav", s.title, {}};
         filterFile({requestFromWords(s.design), std::nullopt, (dir / sweepFile).string(), (dir / entry.file).string(),
                     false, false});
-        entry.commands.push_back("mivora filter " + std::string(s.design) + " --in " + sweepFile + " --out " + entry.file);
+        entry.commands.push_back("mivora filter " + std::string(s.design) + " --in " + sweepFile + " --out " +
+                                 entry.file);
         entries.push_back(entry);
     }
     return entries;

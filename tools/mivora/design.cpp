@@ -51,7 +51,8 @@ std::vector<std::pair<std::string, std::string>> selectorValues(const Family& fa
 
 bool pinsMatch(const DesignRow& row, const std::vector<std::pair<std::string, std::string>>& chosen) {
     for (const Pin& pin : row.pins) {
-        const auto it = std::find_if(chosen.begin(), chosen.end(), [&](const auto& c) { return c.first == pin.selector; });
+        const auto it =
+            std::find_if(chosen.begin(), chosen.end(), [&](const auto& c) { return c.first == pin.selector; });
         if (it == chosen.end() || it->second != pin.value) return false;
     }
     return true;
@@ -97,9 +98,10 @@ void checkValue(const Param& p, double v, std::optional<double> fs, const std::s
 }
 
 double readValue(const Param& p, const std::string& text) {
-    if (p.kind == Kind::Order) return static_cast<double>(parseWholeNumber(p.option, text, 1, Mivora::IirProcess::maxOrder));
+    using Mivora::IirProcess;
+    if (p.kind == Kind::Order) return static_cast<double>(parseWholeNumber(p.option, text, 1, IirProcess::maxOrder));
     if (p.kind == Kind::ProtoOrder)
-        return static_cast<double>(parseWholeNumber(p.option, text, 1, Mivora::IirProcess::maxProtoOrder));
+        return static_cast<double>(parseWholeNumber(p.option, text, 1, IirProcess::maxProtoOrder));
     return parseNumber(p.option, text);
 }
 
@@ -151,8 +153,12 @@ Design resolveDesign(const DesignRequest& request, std::optional<double> fs) {
 
     // Band edges are the one check that spans two options.
     const auto& params = row->params;
-    const auto low = std::find_if(params.begin(), params.end(), [](const Param& p) { return !std::strcmp(p.option, "low"); });
-    const auto high = std::find_if(params.begin(), params.end(), [](const Param& p) { return !std::strcmp(p.option, "high"); });
+    auto named = [&params](const char* option) {
+        return std::find_if(params.begin(), params.end(),
+                            [option](const Param& p) { return !std::strcmp(p.option, option); });
+    };
+    const auto low = named("low");
+    const auto high = named("high");
     if (low != params.end() && high != params.end()) {
         const double lo = design.values[static_cast<std::size_t>(low - params.begin())];
         const double hi = design.values[static_cast<std::size_t>(high - params.begin())];

@@ -12,7 +12,9 @@
 namespace mivora_tool {
 
 // What a numeric option holds; it decides the unit shown and the check made.
-enum class Kind { Frequency, Gain, Level, Weight, Q, Ripple, StopLevel, Order, ProtoOrder, LowpassAlpha, HighpassAlpha };
+enum class Kind {
+    Frequency, Gain, Level, Weight, Q, Ripple, StopLevel, Order, ProtoOrder, LowpassAlpha, HighpassAlpha
+};
 
 struct Param {
     const char* option;              // without the leading dashes

@@ -108,7 +108,8 @@ void frequencyGrid(Svg& svg, const FrequencyAxis& fx, double top, double bottom,
 void valueGrid(Svg& svg, const Axis& a, const std::vector<std::pair<double, std::string>>& ticks) {
     for (const auto& [v, label] : ticks) {
         const double y = a.y(v);
-        svg.line(kLeft, y, kRight, y, std::fabs(v) < 1e-12 ? "stroke:#9a9a9a;stroke-width:1" : "stroke:#e0e0e0;stroke-width:1");
+        const bool zero = std::fabs(v) < 1e-12;
+        svg.line(kLeft, y, kRight, y, zero ? "stroke:#9a9a9a;stroke-width:1" : "stroke:#e0e0e0;stroke-width:1");
         svg.text(kLeft - 8, y + 4, label, "text-anchor=\"end\" class=\"tick\"");
     }
 }
