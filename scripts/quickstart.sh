@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev)
+PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config libcli11-dev libsndfile1-dev)
 
 install_missing() {
     local missing=()
@@ -27,8 +27,8 @@ case "${1:-}" in
     demo)
         install_missing "${PACKAGES[@]}"
         cmake --preset release
-        cmake --build --preset release -j "$jobs"
-        ./build/release/examples/mivora_example_peaking
+        cmake --build --preset release -j "$jobs" --target mivora
+        ./build/release/tools/mivora/mivora demo --out build/demo
         ;;
     test)
         install_missing "${PACKAGES[@]}"
