@@ -105,10 +105,13 @@ void printSummary(const SummaryReporter& rep) {
         std::printf("\n");
     }
 
-    std::printf("\ncal(double): ns/call and x bound\n");
+    const double floor = rep.get(kCallFloor);
+    std::printf("\ncal(double): ns/call, x two-FMA bound, x the order's bound; an empty out-of-line call: %.3f ns\n",
+                floor);
     for (int order = 0; order <= 5; ++order) {
         const double v = rep.get(std::string(kCal) + "/order:" + std::to_string(order));
         std::printf("%5d  %7.3f", order, v);
+        printRatio(v, b2);
         printRatio(v, boundFor(rep, order));
         std::printf("\n");
     }

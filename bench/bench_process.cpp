@@ -47,18 +47,28 @@ void straightforward(benchmark::State& st) {
     inPlaceBlocks(st, noise(blockArg(st), 1), [&f](float* buf, unsigned n) { straightforwardBlock(f, buf, buf, n); });
 }
 
-void calDouble(benchmark::State& st) {
+template <class Call>
+void perSampleCalls(benchmark::State& st, Call&& call) {
     constexpr unsigned n = 256;
-    IirProcess f = busyFilter(orderArg(st));
     const std::vector<float> src = noise(n, 2);
     const std::vector<double> in(src.begin(), src.end());
     std::vector<double> out(n);
     for (auto _ : st) {
-        for (unsigned i = 0; i < n; ++i) out[i] = f.cal(in[i]);
+        for (unsigned i = 0; i < n; ++i) out[i] = call(in[i]);
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
     perItem(st, n, "ns/call");
+}
+
+void calDouble(benchmark::State& st) {
+    IirProcess f = busyFilter(orderArg(st));
+    perSampleCalls(st, [&f](double x) { return f.cal(x); });
+}
+
+void callFloor(benchmark::State& st) {
+    IirProcess f = busyFilter(2);
+    perSampleCalls(st, [&f](double x) { return emptyCall(&f, x); });
 }
 
 void bound(benchmark::State& st) {
@@ -135,6 +145,7 @@ void registerProcessingBenchmarks() {
     const std::vector<int64_t> blocks = {64, 256, 4096};
     benchmark::RegisterBenchmark(kProcess, processBlock)->ArgsProduct({orders, blocks})->ArgNames({"order", "block"});
     benchmark::RegisterBenchmark(kCal, calDouble)->DenseRange(0, 5)->ArgName("order");
+    benchmark::RegisterBenchmark(kCallFloor, callFloor);
     benchmark::RegisterBenchmark(kDecayed, decayed)->ArgsProduct({{1, 2, 3, 4, 5}, {256}})->ArgNames({"order", "block"});
     if (!referenceLoopsRun()) return;
     benchmark::RegisterBenchmark(kStraightforward, straightforward)

@@ -7,6 +7,7 @@ namespace mivora_bench {
 inline constexpr const char* kProcess = "doProcess";              // /order:N/block:B
 inline constexpr const char* kStraightforward = "straightforward";  // /order:N/block:B
 inline constexpr const char* kCal = "cal";                        // /order:N
+inline constexpr const char* kCallFloor = "emptyCall";
 inline constexpr const char* kDecayed = "decayed";                // /order:N/block:B
 inline constexpr const char* kDecayedStraightforward = "decayedStraightforward";  // /order:N/block:B
 inline constexpr const char* kBound = "bound";                    // /fma:1 or /fma:2

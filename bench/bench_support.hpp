@@ -42,6 +42,10 @@ void straightforwardBlock(PlainFilter& f, const float* in, float* out, unsigned 
 void boundTwoFma(const double* acc, unsigned int count, double a1, double a2, double* state);
 void boundOneFma(const double* acc, unsigned int count, double a1, double* state);
 
+// An out-of-line call shaped like cal(double) that returns its argument:
+// the floor under any per-sample call.
+double emptyCall(IirProcess* object, double x);
+
 }  // namespace mivora_bench
 
 #endif

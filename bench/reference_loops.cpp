@@ -72,3 +72,13 @@ MIVORA_BENCH_FMA void boundOneFma(const double* acc, unsigned int count, double 
 }
 
 }  // namespace mivora_bench
+
+namespace mivora_bench {
+
+__attribute__((noinline)) double emptyCall(IirProcess* object, double x) {
+    // Keeps the call and its argument alive without doing any work.
+    asm volatile("" : : "r"(object) : "memory");
+    return x;
+}
+
+}  // namespace mivora_bench

@@ -20,6 +20,12 @@
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
+// Which of the six stage sets runs: 0 to 2 second-order sections, with or
+// without the first-order section.
+inline int stageSet(int sections, bool first) noexcept {
+    return (sections <= 0 ? 0 : sections == 1 ? 2 : 4) + (first ? 1 : 0);
+}
+
 // Order 0: widen and narrow, as the per-sample chain does with no stage.
 inline void passThrough(const float* in, float* out, unsigned int count) noexcept {
     for (unsigned int i = 0; i < count; ++i) out[i] = static_cast<float>(static_cast<double>(in[i]));
@@ -173,8 +179,7 @@ void runStages(const StageView& v, const float* in, float* out, unsigned int cou
 
 template <class P>
 void runBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
-    const int sections = v.sections <= 0 ? 0 : v.sections == 1 ? 1 : 2;
-    switch (sections * 2 + (v.first ? 1 : 0)) {
+    switch (stageSet(v.sections, v.first)) {
         case 0: passThrough(in, out, count); break;
         case 1: runStages<P, 0, true>(v, in, out, count); break;
         case 2: runStages<P, 1, false>(v, in, out, count); break;
@@ -184,25 +189,45 @@ void runBlock(const StageView& v, const float* in, float* out, unsigned int coun
     }
 }
 
-// One sample, state read from and written back to the object. Each state
-// value goes back with a scalar store: the next call reloads y1 and y2 at
-// once, and a load served from part of a wider vector store would add
-// latency to that chain (the kernel files are built without SLP
-// vectorisation for this reason).
-inline double runSample(double* delay, const double* coef, double* delay1st, const double* coef1st, int sections,
-                        bool first, double x) noexcept {
-    if (sections > 2) sections = 2;
-    for (int k = 0; k < sections; ++k) {
-        Biquad s(coef + 5 * k, delay + 4 * k);
+// One sample through a fixed stage set, state read from and written back to
+// the object. Each state value goes back with a scalar store: the next call
+// reloads y1 and y2 at once, and a load served from part of a wider vector
+// store would add latency to that chain (the kernel files are built without
+// SLP vectorisation for this reason).
+template <int Sections, bool WithFirst>
+double sampleStages(double* delay, const double* coef, double* delay1st, const double* coef1st,
+                    double x) noexcept {
+    if constexpr (Sections >= 1) {
+        Biquad s(coef, delay);
         x = s.step(x);
-        s.store(delay + 4 * k);
+        s.store(delay);
     }
-    if (first) {
+    if constexpr (Sections >= 2) {
+        Biquad s(coef + 5, delay + 4);
+        x = s.step(x);
+        s.store(delay + 4);
+    }
+    if constexpr (WithFirst) {
         FirstOrder f(coef1st, delay1st);
         x = f.step(x);
         f.store(delay1st);
     }
     return x;
+}
+
+// One sample: a single jump to straight-line code for the stage set, as a
+// call this short is bounded by its taken branches as much as by its
+// arithmetic.
+inline double runSample(double* delay, const double* coef, double* delay1st, const double* coef1st, int sections,
+                        bool first, double x) noexcept {
+    switch (stageSet(sections, first)) {
+        case 0: return x;
+        case 1: return sampleStages<0, true>(delay, coef, delay1st, coef1st, x);
+        case 2: return sampleStages<1, false>(delay, coef, delay1st, coef1st, x);
+        case 3: return sampleStages<1, true>(delay, coef, delay1st, coef1st, x);
+        case 4: return sampleStages<2, false>(delay, coef, delay1st, coef1st, x);
+        default: return sampleStages<2, true>(delay, coef, delay1st, coef1st, x);
+    }
 }
 
 }  // namespace

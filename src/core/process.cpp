@@ -57,8 +57,9 @@ double processSample(Path path, const StageView& v, double x) noexcept {
 namespace {
 
 // Second-order sections that an order runs: order/2 rounded toward zero,
-// none below 2, at most the two the object holds.
-int runningSections(int order) noexcept { return order < 2 ? 0 : order >= 4 ? 2 : 1; }
+// none below 2, at most the two the object holds. Written as a sum of
+// comparisons so that it compiles without branches.
+int runningSections(int order) noexcept { return (order >= 2 ? 1 : 0) + (order >= 4 ? 1 : 0); }
 
 }  // namespace
 
