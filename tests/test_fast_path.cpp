@@ -123,6 +123,19 @@ std::vector<Path> availablePaths() {
     return out;
 }
 
+// A build with the FMA3 kernels must use them exactly where the CPU can:
+// otherwise every result would still be right, only slow.
+TEST(FastPath, FmaKernelsRunWhereTheCpuHasFma) {
+#if defined(MIVORA_TEST_X86_FMA_KERNELS_BUILT)
+    const bool cpuHasFma = __builtin_cpu_supports("fma");
+    EXPECT_EQ(Mivora::detail::pathAvailable(Path::x86Fma), cpuHasFma);
+    EXPECT_EQ(Mivora::detail::fastestPath(), cpuHasFma ? Path::x86Fma : Path::portable);
+#else
+    EXPECT_FALSE(Mivora::detail::pathAvailable(Path::x86Fma));
+    EXPECT_EQ(Mivora::detail::fastestPath(), Path::portable);
+#endif
+}
+
 struct StageSet {
     int sections;
     bool first;
