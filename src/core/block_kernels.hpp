@@ -55,8 +55,8 @@ void runPairs(const float* in, float* out, unsigned int count, Stage&... stage) 
 // sample. Each sample of lag costs one sample's latency per block, as section
 // 1 finishes that much after section 0.
 constexpr unsigned int kLag = 3;
-// Shorter blocks run the scalar kernel: the lag's start and finish would
-// outweigh what the pair saves.
+// Shorter blocks run the sections one after the other (runPairs): the lag's
+// start and finish would outweigh what sharing a register saves.
 constexpr unsigned int kMinPairedBlock = 16;
 
 // Two consecutive outputs of the second-order sections, through the
