@@ -62,11 +62,19 @@ std::string blockName(const char* kind, int order, int block) {
     return std::string(kind) + "/order:" + std::to_string(order) + "/block:" + std::to_string(block);
 }
 
+// A bound: the faster of its two measurements (at the start and the end).
+double boundOf(const SummaryReporter& rep, const char* fmas) {
+    const double first = rep.get(std::string(kBound) + fmas);
+    const double again = rep.get(std::string(kBoundAgain) + fmas);
+    if (first <= 0) return again;
+    return again > 0 && again < first ? again : first;
+}
+
 // The bound that applies to an order: one FMA latency per sample when only the
 // first-order section runs, two when a second-order section does.
 double boundFor(const SummaryReporter& rep, int order) {
     if (order == 0) return -1.0;
-    return rep.get(std::string(kBound) + (order == 1 ? "/fma:1" : "/fma:2"));
+    return boundOf(rep, order == 1 ? "/fma:1" : "/fma:2");
 }
 
 void printRatio(double value, double reference) {
@@ -76,10 +84,13 @@ void printRatio(double value, double reference) {
 
 void printSummary(const SummaryReporter& rep) {
     const int blocks[] = {64, 256, 4096};
-    const double b1 = rep.get(std::string(kBound) + "/fma:1");
-    const double b2 = rep.get(std::string(kBound) + "/fma:2");
+    const double b1 = boundOf(rep, "/fma:1");
+    const double b2 = boundOf(rep, "/fma:2");
     std::printf("\n== Summary (ns; ratios to the bound measured in this run) ==\n");
-    std::printf("bound: one FMA latency %.3f ns/sample, two %.3f ns/sample\n", b1, b2);
+    std::printf("bound: one FMA latency %.3f ns/sample, two %.3f ns/sample"
+                " (at the start %.3f and %.3f, at the end %.3f and %.3f)\n",
+                b1, b2, rep.get(std::string(kBound) + "/fma:1"), rep.get(std::string(kBound) + "/fma:2"),
+                rep.get(std::string(kBoundAgain) + "/fma:1"), rep.get(std::string(kBoundAgain) + "/fma:2"));
 
     std::printf("\ndoProcess, in place: ns/sample and x bound; speed-up over the straightforward loop\n");
     std::printf("order");

@@ -11,6 +11,7 @@ inline constexpr const char* kCallFloor = "emptyCall";
 inline constexpr const char* kDecayed = "decayed";                // /order:N/block:B
 inline constexpr const char* kDecayedStraightforward = "decayedStraightforward";  // /order:N/block:B
 inline constexpr const char* kBound = "bound";                    // /fma:1 or /fma:2
+inline constexpr const char* kBoundAgain = "boundAgain";          // the same, at the end
 inline constexpr const char* kDesign = "design/";                 // + operation
 
 void registerProcessingBenchmarks();
