@@ -25,7 +25,9 @@
 #endif
 
 #ifdef MIVORA_SANITIZER_ALLOCATOR
-#include <sanitizer/allocator_interface.h>
+// From <sanitizer/allocator_interface.h>, which not every toolchain installs.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, std::size_t),
+                                                          void (*)(const volatile void*));
 #endif
 
 namespace {
@@ -34,9 +36,6 @@ std::atomic<bool> gArmed{false};
 std::atomic<long> gNewCalls{0};
 std::atomic<long> gMallocCalls{0};
 
-void countNew() noexcept {
-    if (gArmed.load(std::memory_order_relaxed)) gNewCalls.fetch_add(1, std::memory_order_relaxed);
-}
 void countMalloc() noexcept {
     if (gArmed.load(std::memory_order_relaxed)) gMallocCalls.fetch_add(1, std::memory_order_relaxed);
 }
@@ -62,10 +61,9 @@ public:
 private:
     static void installHooks() noexcept {
 #ifdef MIVORA_SANITIZER_ALLOCATOR
-        static const bool installed = [] {
-            return __sanitizer_install_malloc_and_free_hooks(
-                       [](const volatile void*, std::size_t) { countMalloc(); }, nullptr) != 0;
-        }();
+        // Both hooks must be given, or the runtime installs neither.
+        static const bool installed = __sanitizer_install_malloc_and_free_hooks(
+            [](const volatile void*, std::size_t) { countMalloc(); }, [](const volatile void*) {});
         (void)installed;
 #endif
     }
@@ -79,6 +77,12 @@ void escape(void* p) { asm volatile("" : : "g"(p) : "memory"); }
 #ifndef MIVORA_SANITIZER_ALLOCATOR
 
 // ---- Counting replacements (plain builds) ---------------------------------
+
+namespace {
+void countNew() noexcept {
+    if (gArmed.load(std::memory_order_relaxed)) gNewCalls.fetch_add(1, std::memory_order_relaxed);
+}
+}  // namespace
 
 void* operator new(std::size_t n) {
     countNew();
