@@ -50,6 +50,10 @@ namespace Mivora {
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
 
+namespace design {
+struct Cascade;
+}
+
 class MIVORA_API IirProcess {
 public:
     // Most second-order sections plus first-order section the object holds.
@@ -136,26 +140,35 @@ public:
     void setCoef(double freq, double fs, double gainDb, double q) noexcept;
 
     // ---- First-order shelves (order 2, section 0 with b2 = a2 = 0) --------
+    // Note the argument order: freq, gainDb, fs. A pole and a zero a factor
+    // A = 10^(|gainDb|/20) apart on the pre-warped axis. Variant A: freq is
+    // the corner on the shelf side; variant B: the corner on the flat side.
+    // A cut is the exact inverse of the same boost; 0 dB passes the signal
+    // unchanged. NaN gainDb or fs = 0 give NaN numerator coefficients and so
+    // NaN output; freq = 0 gives a constant gain (1 for the low shelves,
+    // 10^(gainDb/20) for HIGS_A) and NaN for HIGS_B.
 
-    // Low shelf: gain 10^(gainDb/20) at DC, 1 at fs/2. Variant A: freq is the
-    // corner on the shelf side; variant B: freq is the corner on the flat side.
+    // Low shelf: gain 10^(gainDb/20) at DC, 1 at fs/2.
     void setCoefLOWS_A(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_B(double freq, double gainDb, double fs) noexcept;
     // Variant B.
     void setCoefLOWS(double freq, double gainDb, double fs) noexcept;
     // Variant B when type == 1, variant A for any other type.
     void setCoefLOWS(double freq, double gainDb, double fs, short type) noexcept;
-    // High shelf: gain 1 at DC, 10^(gainDb/20) at fs/2; variants as above.
+    // High shelf: gain 1 at DC, 10^(gainDb/20) at fs/2; overloads as above.
     void setCoefHIGS_A(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS_B(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS(double freq, double gainDb, double fs) noexcept;
     void setCoefHIGS(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Second-order shelves (order 2, section 0) ------------------------
-
-    // freq is the natural frequency the variant names (A: shelf side, B: flat
-    // side). Damping sqrt(2) for _2A/_2B; damping 2 (the square of the
-    // matching first-order shelf at half the gain) for _PM_2A/_PM_2B.
+    // freq, gainDb, fs as above. Two quadratics with natural frequencies a
+    // factor sqrt(A) apart, one at freq: on the shelf side (A) or the flat
+    // side (B). _2A/_2B have damping sqrt(2) (Butterworth-shaped); _PM_2A and
+    // _PM_2B damping 2, the matching first-order shelf at gainDb/2 squared.
+    // Gains at DC and fs/2, inverse cut, 0 dB, NaN gainDb and fs = 0 as for
+    // the first-order shelves; freq = 0 gives a constant gain (1, or
+    // 10^(gainDb/20) for high shelves) over a double pole on z = 1.
     void setCoefLOWS_2A(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_2B(double freq, double gainDb, double fs) noexcept;
     void setCoefLOWS_PM_2A(double freq, double gainDb, double fs) noexcept;
@@ -171,64 +184,111 @@ public:
     void setCoefHIGS_2(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Shelves with corner placement (section 0 only; no order reset) ---
-
-    // Note fs comes FIRST. weight 0 places freq at the shelf-side corner
-    // (variant A), weight 1 at the point where the response is levelDb
-    // (levelDb 0: variant B); -100 dB exactly stands for a linear level 0.
-    // Overwrites section 0's coefficients alone: order, state and section 1
-    // are untouched.
+    // Note fs comes FIRST. freq lands where the straight-line response is
+    // (1 - weight)*|gainDb| + weight*levelDb dB from 0 toward the shelf:
+    // weight 0 gives the variant A shelf, weight 1 with levelDb 0 variant B;
+    // other weights interpolate or extrapolate. levelDb of exactly -100 means
+    // a linear level of 0: with weight > 0 the corner goes to 0 (low shelves)
+    // or next to fs/2 (high shelves), a degenerate but finite section.
+    // Writes section 0's five coefficients only: order, state, section 1 and
+    // the first-order section are untouched, so setOrder(2) first for the
+    // shelf to run alone. _C: first order (b2 = a2 = 0); _2C: damping sqrt(2).
     void setCoefLowShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    // gainDb of exactly -100 cuts to silence: output held (weight < 1), or a
+    // first-order low-pass at the placed corner (weight 1).
     void setCoefHiShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     void setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
 
     // ---- Butterworth high-pass / low-pass (order 1..5) ---------------------
+    // Cut filters share these rules. Orders are clamped into [-5, 5] (order 8
+    // designs exactly order 5). Odd orders add the first-order section after
+    // the n/2 second-order sections. A design at the order the object holds
+    // keeps all state; otherwise the second-order state and coefficients are
+    // zeroed. The first-order state is never touched, and an even order leaves
+    // the first-order coefficients as they were (they do not run). Order 0
+    // writes nothing (the object passes samples through); a negative order
+    // runs no second-order section and, when odd, writes only the first-order
+    // section. Results for freq outside (0, fs/2) or fs = 0 are written as
+    // computed (NaN for fs = 0).
 
-    // -3.01 dB at freq. Odd orders add the first-order section. Order
-    // clamped into [-5, 5].
+    // -3.01 dB (1/sqrt 2) at freq; high-pass: 0 at DC, 1 at fs/2; low-pass the
+    // reverse.
     void setCoefHPF(int order, double freq, double fs) noexcept;
     void setCoefLPF(int order, double freq, double fs) noexcept;
     // Second order: exactly setCoefHPF(2, freq, fs) / setCoefLPF(2, freq, fs).
     void setCoefHPF(double freq, double fs) noexcept;
     void setCoefLPF(double freq, double fs) noexcept;
 
-    // ---- Chebyshev (pass-band ripple in dB, > 0) --------------------------
+    // ---- Chebyshev high-pass / low-pass (pass-band ripple) -----------------
 
-    // Gain -ripple dB at freq (the pass-band edge); pass band within
-    // [-ripple, 0] dB. Note ripple stands before fs.
+    // freq is the pass-band edge, where the gain is -ripple dB; the pass band
+    // stays within [-ripple, 0] dB (ripple in dB, > 0). At the pass-band end
+    // (DC for low-pass, fs/2 for high-pass) odd orders give 0 dB, even orders
+    // -ripple dB (section 0 carries that gain step). Note ripple stands before
+    // fs. ripple <= 0 gives NaN second-order sections.
     void setCoefHPFChev(int order, double freq, double ripple, double fs) noexcept;
     void setCoefLPFChev(int order, double freq, double ripple, double fs) noexcept;
 
-    // ---- Inverse Chebyshev (equiripple stop band) -------------------------
+    // ---- Inverse Chebyshev high-pass / low-pass (equiripple stop band) -----
 
-    // freq is the stop-band edge; attenuation As = 96 - stopLevel/10 dB
-    // (0 -> 96 dB, 360 -> 60 dB); meaningful below 960.
+    // freq is the stop-band edge, where the gain is -As dB with
+    // As = 96 - stopLevel/10 (0 -> 96 dB, 360 -> 60 dB, 560 -> 40 dB); the
+    // whole stop band stays at or below -As dB, each second-order section
+    // putting a transmission zero in it. Flat pass band, 0 dB at DC (low-pass)
+    // or fs/2 (high-pass). Meaningful for stopLevel < 960; 960 makes the
+    // sections all-pass and the low-pass first-order section NaN.
     void setCoefHPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
     void setCoefLPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
 
     // ---- Second-order cut with Q (order 2, section 0) ----------------------
 
-    // Gain q at freq. Note the order: freq, q, fs.
+    // Gain exactly q at freq (q = 1/sqrt 2: Butterworth, -3.01 dB; q = 2:
+    // +6.02 dB peak); unity at fs/2 (high-pass) or DC (low-pass). Note the
+    // order: freq, q, fs. Never touches the first-order section. q = 0 gives
+    // a NaN a2; freq = 0 puts a double pole at z = 1.
     void setCoefHPFQfct(double freq, double q, double fs) noexcept;
     void setCoefLPFQfct(double freq, double q, double fs) noexcept;
 
     // ---- Second-order band-pass with Q (order 2, section 0) ----------------
 
-    // Peak at freq; q = centre / bandwidth on the pre-warped axis.
-    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB).
+    // Peak at freq; q = centre / bandwidth on the pre-warped axis: the -3.01 dB
+    // points satisfy x+ - x- = t/q, x+ * x- = t^2 (x = tan(pi*f/fs), t at freq).
+    // Zero gain at DC and fs/2. Note the order: freq, q, fs; q = 0 gives NaN.
+    // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB), b0 and b2
+    // being setCoefBPFQfct's divided by q.
     void setCoefBPFQfct(double freq, double q, double fs) noexcept;
     void setCoefBPF_Q(double freq, double q, double fs) noexcept;
 
     // ---- Band-pass / band-eliminate (order 2*protoOrder) -------------------
+    // A low-pass prototype of protoOrder mapped to the band edges freqLow <
+    // freqHigh (both below fs/2). protoOrder is clamped into [0, 2]: 3 or more
+    // designs exactly protoOrder 2, and 0 or less sets order 0, which passes
+    // samples through. Sections 0..protoOrder-1 are written (upper pole pair
+    // first); the first-order section is neither written nor run. A redesign
+    // at the same protoOrder keeps the running state, whichever of these six
+    // designs it uses. freqLow > freqHigh gives unstable sections; freqLow = 0
+    // gives non-finite ones at protoOrder 2.
 
-    // protoOrder clamped into [0, 2]; 0 passes samples through.
-    // Butterworth: -3.01 dB at both edges.
+    // Butterworth: -3.01 dB at both edges. Band-pass: 0 dB at the centre f0
+    // (tan(pi*f0/fs) = sqrt(wLow*wHigh)), zero gain at DC and fs/2.
+    // Band-eliminate: 0 dB at DC and fs/2, a null at f0; same poles as the
+    // band-pass.
     void setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
     void setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
-    // Chebyshev: -ripple dB at both edges.
+    // Chebyshev: ripple (dB, > 0) between 0 and -ripple dB in the pass band,
+    // exactly -ripple dB at both edges. Band-pass: zero gain at DC and fs/2;
+    // at f0 0 dB for protoOrder 1, -ripple dB for 2. Band-eliminate: null at
+    // f0; at DC and fs/2 0 dB for protoOrder 1, -ripple dB for 2. ripple = 0
+    // gives non-finite coefficients, a negative one NaN.
     void setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
     void setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
-    // Inverse Chebyshev: -As dB at both (stop-band) edges.
+    // Inverse Chebyshev: flat pass band, equal-ripple stop band no higher than
+    // -As dB, As = 96 - stopLevel/10 (0 -> 96 dB, 400 -> 56 dB); the edges are
+    // the stop-band edges, exactly -As dB. Band-pass: 0 dB at f0; at DC and
+    // fs/2 a null for protoOrder 1, -As dB for 2. Band-eliminate: 0 dB at DC
+    // and fs/2; at f0 a null for protoOrder 1, -As dB for 2. stopLevel 960
+    // leaves the poles undamped; above 960 the coefficients are NaN.
     void setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
     void setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
 
@@ -266,25 +326,41 @@ public:
     // Each maps one analogue section to five stored coefficients b0 b1 b2 a1
     // a2 (feedback sign as stored) through coefOut, and touches nothing else.
 
-    // s^2 / (s^2 + lin*s + cst)
+    // lin, cst: the analogue denominator s^2 + lin*s + cst on the pre-warped
+    // axis (for a cut-off at tan(pi*f/fs) = t, a low-pass factor s^2 + a*s + b
+    // moves to lin = a*t, cst = b*t*t).
+
+    // s^2 / (s^2 + lin*s + cst): gain 1 at fs/2, 0 at DC.
     static void HpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // cst / (s^2 + lin*s + cst)
+    // 1 / (s^2 + lin*s + cst): NOTE the numerator is 1, so the gain at DC is
+    // 1/cst; multiply b0 b1 b2 by cst for unity (the designs do).
     static void LpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // High-pass with transmission zero: numerator s^2 + zero, unity at fs/2.
+    // (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at fs/2, zero/cst at DC, and
+    // a transmission zero where the pre-warped frequency is sqrt(zero).
+    // zero = 0 gives exactly HpfCoefToZet.
     static void IChevHpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Low-pass with transmission zero: numerator s^2 + zero, unity at DC.
+    // The same section: equal to IChevHpfCoefToZet bit for bit (the low-pass
+    // designs scale b0 b1 b2 for unity at DC).
     static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Band-pass section: lin*s / (s^2 + lin*s + cst).
+    // Band-pass section s / (s^2 + lin*s + cst): gain 1/lin at the frequency
+    // whose pre-warped value is sqrt(cst), zero gain at DC and fs/2.
     static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
-    // Band-eliminate section: (s^2 + zero) / (s^2 + lin*s + cst).
+    // Band-eliminate section (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at
+    // fs/2, zero/cst at DC, a null where the pre-warped frequency is
+    // sqrt(zero).
     static void BefCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
-    // Low-pass to band-pass transformation of the prototype factor
-    // s^2 + lin*s + cst for band edges wLow, wHigh (pre-warped): the two
-    // band factors s^2 + lin1*s + cst1 and s^2 + lin2*s + cst2.
+    // Low-pass to band-pass map of one prototype factor s^2 + lin*s + cst with
+    // complex roots (4*cst > lin^2), for pre-warped edges wLow < wHigh: the
+    // two band factors s^2 + lin1*s + cst1 (upper pole pair, cst1 > wLow*wHigh)
+    // and s^2 + lin2*s + cst2 (lower pair), whose product is
+    // (s^2 + W2)^2 + lin*BW*s*(s^2 + W2) + cst*BW^2*s^2, BW = wHigh - wLow,
+    // W2 = wLow*wHigh. Real roots give NaN.
     static void BpfCoefTrans(double lin, double cst, double wLow, double wHigh,
                              double* lin1, double* cst1, double* lin2, double* cst2) noexcept;
-    // Band transformation of a prototype zero factor s^2 + zero into the two
-    // band zero factors s^2 + zeroHigh and s^2 + zeroLow.
+    // Band map of a prototype zero factor s^2 + zero (zero >= 0) for the same
+    // edges: (s^2 + zeroHigh)(s^2 + zeroLow) = (s^2 + W2)^2 + zero*BW^2*s^2,
+    // so zeroHigh*zeroLow = W2^2 and sqrt(zeroHigh) - sqrt(zeroLow) =
+    // BW*sqrt(zero).
     static void BuboCoefTrans(double wLow, double wHigh, double zero,
                               double* zeroHigh, double* zeroLow) noexcept;
 
@@ -297,6 +373,9 @@ private:
     void writeSection(int k, double b0, double b1, double b2, double a1, double a2) noexcept;
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
     static int clampOrder(int order) noexcept;
+    // changeOrder(c.order), then the sections a multi-section design
+    // computed, exactly those its order runs (src/design/cascade.hpp).
+    void applyDesign(const design::Cascade& c) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2
     double coef[10];      // per section: b0 b1 b2 a1 a2

@@ -23,6 +23,13 @@ inline double dbToLinearMagnitude(double gainDb) noexcept {
     return (pow10(std::fabs(gainDb) / 20.0) - 1.0) + 1.0;
 }
 
+// Multiplies a section's numerator b0 b1 b2 by g (a gain step or scale).
+inline void scaleNumerator(double* c, double g) noexcept {
+    c[0] *= g;
+    c[1] *= g;
+    c[2] *= g;
+}
+
 }  // namespace Mivora::design
 
 #endif

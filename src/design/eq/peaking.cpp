@@ -4,6 +4,7 @@
 #include <mivora/IirProcess.h>
 
 #include "../section_math.hpp"
+#include "bilinear_terms.hpp"
 
 namespace Mivora {
 
@@ -34,12 +35,14 @@ bool peakCoefficients(QOn given, double freq, double fs, double gainDb, double q
     }
 
     const double tt = t * t;
-    const double den = (d + 1.0) + tt;
-    c[0] = ((p + 1.0) + tt) / den;
-    c[1] = ((1.0 - tt) * (-2.0)) / den;
-    c[2] = ((1.0 - p) + tt) / den;
-    c[3] = ((1.0 - tt) + (1.0 - tt)) / den;
-    c[4] = -((1.0 - d) + tt) / den;
+    const design::Quadratic num = design::quadratic(p, tt);
+    const design::Quadratic den = design::quadratic(d, tt);
+    c[0] = num.x0 / den.x0;
+    c[1] = (num.x1 * (-2.0)) / den.x0;
+    c[2] = num.x2 / den.x0;
+    c[3] = (den.x1 + den.x1) / den.x0;
+    // -x2 rather than x2neg: an exact zero a2 keeps the sign the band defines.
+    c[4] = -den.x2 / den.x0;
     return true;
 }
 

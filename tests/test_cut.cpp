@@ -1,0 +1,221 @@
+// High-pass and low-pass designs: responses against the textbook closed forms,
+// per-section placement, worked values, transforms, and the order/state rules.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "test_support.hpp"
+
+using namespace mivora_test;
+
+namespace {
+
+enum class Family { Butterworth, Chebyshev, Inverse };
+
+struct CutDesign {
+    const char* name;
+    Family family;
+    bool high;
+    std::function<void(IirProcess&, int, double, double, double)> apply;  // order, freq, shape, fs
+    double shapes[2];  // ripple dB, or stopLevel; unused by Butterworth
+};
+
+const CutDesign kDesigns[] = {
+    {"HPF", Family::Butterworth, true, [](IirProcess& f, int n, double fr, double, double fs) { f.setCoefHPF(n, fr, fs); }, {0, 0}},
+    {"LPF", Family::Butterworth, false, [](IirProcess& f, int n, double fr, double, double fs) { f.setCoefLPF(n, fr, fs); }, {0, 0}},
+    {"HPFChev", Family::Chebyshev, true, &IirProcess::setCoefHPFChev, {1.0, 0.1}},
+    {"LPFChev", Family::Chebyshev, false, &IirProcess::setCoefLPFChev, {1.0, 0.1}},
+    {"HPFIChev", Family::Inverse, true, &IirProcess::setCoefHPFIChev, {560.0, 360.0}},
+    {"LPFIChev", Family::Inverse, false, &IirProcess::setCoefLPFIChev, {560.0, 360.0}},
+};
+
+std::vector<double> slice(const std::vector<double>& v, int from, int to) { return {v.begin() + from, v.begin() + to}; }
+
+double chebyshevT(int n, double x) { return x <= 1.0 ? std::cos(n * std::acos(x)) : std::cosh(n * std::acosh(x)); }
+
+// |H|^2 of the analogue prototype at the normalised frequency x (edge at 1).
+double closedFormPower(Family family, int n, double shape, double x) {
+    if (family == Family::Butterworth) return 1.0 / (1.0 + std::pow(x, 2 * n));
+    if (family == Family::Chebyshev) return 1.0 / (1.0 + (std::pow(10.0, shape / 10.0) - 1.0) * std::pow(chebyshevT(n, x), 2));
+    const double k = std::pow(chebyshevT(n, 1.0 / x), 2) / (std::pow(10.0, (96.0 - shape / 10.0) / 10.0) - 1.0);
+    return k / (1.0 + k);
+}
+
+// Odd orders only match with the first-order pole on the right side of the
+// edge, so this also pins the direction of the first-order factor.
+TEST(Cut, ResponsesFollowTheClosedForms) {
+    const double fs = 48000.0;
+    for (const CutDesign& d : kDesigns)
+        for (double shape : d.shapes)
+            for (int n = 1; n <= 5; ++n)
+                for (double freq : {150.0, 3000.0, 14000.0}) {
+                    SCOPED_TRACE(::testing::Message() << d.name << " n=" << n << " shape=" << shape << " f=" << freq);
+                    IirProcess f;
+                    d.apply(f, n, freq, shape, fs);
+                    const double edgeDb = d.family == Family::Butterworth ? -10.0 * std::log10(2.0)
+                                          : d.family == Family::Chebyshev ? -shape : -(96.0 - shape / 10.0);
+                    EXPECT_NEAR(f.power(freq, fs), edgeDb, 1e-8);
+                    const double passEndDb = d.family == Family::Chebyshev && n % 2 == 0 ? -shape : 0.0;
+                    EXPECT_NEAR(responseOf(f, d.high ? fs / 2 : 0.0, fs).db(), passEndDb, 1e-9);
+                    const double t = std::tan(kPi * freq / fs);
+                    for (double g : logFrequencies(fs, 300)) {
+                        const double x = d.high ? t / std::tan(kPi * g / fs) : std::tan(kPi * g / fs) / t;
+                        const Response r = responseOf(f, g, fs);
+                        EXPECT_NEAR(r.mag(), std::sqrt(closedFormPower(d.family, n, shape, x)), 1e-9) << g;
+                        // No stop-band lobe rises above the edge; no Chebyshev pass-band ripple above 0 dB.
+                        if (d.family != Family::Butterworth) {
+                            EXPECT_LE(r.db(), (x >= 1.0 ? edgeDb : 0.0) + 1e-9) << g;
+                        }
+                    }
+                }
+}
+
+// Chebyshev: section 0 alone carries the even-order gain step. Inverse: each
+// section is unity at the pass end and null where tan(pi f/fs) = t/cos(phi)
+// (low-pass) or t*cos(phi) (high-pass).
+TEST(Cut, SectionGainsAndTransmissionZeros) {
+    const double fs = 44100.0, freq = 2000.0, t = std::tan(kPi * freq / fs);
+    for (const CutDesign& d : kDesigns)
+        for (int n = 2; n <= 5 && d.family != Family::Butterworth; ++n) {
+            IirProcess f;
+            d.apply(f, n, freq, d.shapes[0], fs);
+            const std::vector<double> c = coefs(f);
+            for (int k = 0; k < n / 2; ++k) {
+                SCOPED_TRACE(::testing::Message() << d.name << " n=" << n << " k=" << k);
+                const bool stepped = d.family == Family::Chebyshev && n % 2 == 0 && k == 0;
+                const double passEnd = std::abs(sectionH(&c[5 * k], d.high ? fs / 2 : 0.0, fs));
+                EXPECT_NEAR(passEnd, stepped ? std::pow(10.0, -d.shapes[0] / 20.0) : 1.0, 1e-12);
+                if (d.family != Family::Inverse) continue;
+                const double cosPhi = std::cos((2 * k + 1) * kPi / (2 * n));
+                const double zeroAt = std::atan(d.high ? t * cosPhi : t / cosPhi) * fs / kPi;
+                EXPECT_LT(std::abs(sectionH(&c[5 * k], zeroAt, fs)), 1e-12);
+            }
+        }
+}
+
+TEST(Cut, WorkedValuesAtAQuarterOfTheSamplingRate) {
+    const double b = 1 / (2 + std::sqrt(2.0)), a2 = -(2 - std::sqrt(2.0)) * b, third = 1.0 / 3;
+    const struct {
+        const char* name;
+        std::function<void(IirProcess&)> design;
+        std::vector<double> expected;
+        double tol;
+    } cases[] = {
+        {"HPF2", [](IirProcess& f) { f.setCoefHPF(2, 1, 4); }, {b, -2 * b, b, 0, a2}, 1e-15},
+        {"LPF2", [](IirProcess& f) { f.setCoefLPF(2, 1, 4); }, {b, 2 * b, b, 0, a2}, 1e-15},
+        {"HPF3", [](IirProcess& f) { f.setCoefHPF(3, 1, 4); }, {third, -2 * third, third, 0, -third, 0.5, -0.5, 0}, 1e-15},
+        {"LPF3", [](IirProcess& f) { f.setCoefLPF(3, 1, 4); }, {third, 2 * third, third, 0, -third, 0.5, 0.5, 0}, 1e-15},
+        {"HPFQfct", [](IirProcess& f) { f.setCoefHPFQfct(1, 1, 4); }, {third, -2 * third, third, 0, -third}, 1e-15},
+        {"LPFQfct", [](IirProcess& f) { f.setCoefLPFQfct(1, 1, 4); }, {third, 2 * third, third, 0, -third}, 1e-15},
+        {"HPFChev2", [](IirProcess& f) { f.setCoefHPFChev(2, 1, 1, 4); }, {0.307, -0.614, 0.307, 0.0641, -0.314}, 5e-4},
+        {"LPFChev2", [](IirProcess& f) { f.setCoefLPFChev(2, 1, 1, 4); }, {0.307, 0.614, 0.307, -0.0641, -0.314}, 5e-4},
+        {"HPFChev1", [](IirProcess& f) { f.setCoefHPFChev(1, 1, 1, 4); }, {0.663, -0.663, 0.326, 0, 0}, 5e-4},
+        {"LPFChev1", [](IirProcess& f) { f.setCoefLPFChev(1, 1, 1, 4); }, {0.663, 0.663, -0.326, 0, 0}, 5e-4},
+        {"HPFIChev2", [](IirProcess& f) { f.setCoefHPFIChev(2, 1, 560, 4); }, {0.0246, -0.0164, 0.0246, -1.608, -0.674}, 5e-4},
+        {"LPFIChev2", [](IirProcess& f) { f.setCoefLPFIChev(2, 1, 560, 4); }, {0.0246, 0.0164, 0.0246, 1.608, -0.674}, 5e-4},
+        {"HPFIChev3", [](IirProcess& f) { f.setCoefHPFIChev(3, 1, 560, 4); }, {0.1384, -0.0395, 0.1384, -1.235, -0.551, 0.261, -0.261, -0.479}, 5e-4},
+        {"LPFIChev3", [](IirProcess& f) { f.setCoefLPFIChev(3, 1, 560, 4); }, {0.1384, 0.0395, 0.1384, 1.235, -0.551, 0.261, 0.261, 0.479}, 5e-4},
+    };
+    for (const auto& c : cases) {
+        IirProcess f;
+        c.design(f);
+        const std::vector<double> got = coefs(f);
+        for (std::size_t i = 0; i < c.expected.size(); ++i) EXPECT_NEAR(got[i], c.expected[i], c.tol) << c.name << " [" << i << "]";
+    }
+}
+
+TEST(Cut, QSectionsFollowTheAnalogueResonator) {
+    const double fs = 48000.0;
+    for (bool high : {true, false})
+        for (double q : {0.5, 1 / std::sqrt(2.0), 2.0, 4.0})
+            for (double freq : {200.0, 5000.0, 16000.0}) {
+                IirProcess f;
+                high ? f.setCoefHPFQfct(freq, q, fs) : f.setCoefLPFQfct(freq, q, fs);
+                EXPECT_NEAR(f.power(freq, fs), 20.0 * std::log10(q), 1e-9);
+                for (double g : logFrequencies(fs, 200)) {
+                    const double x = std::tan(kPi * g / fs) / std::tan(kPi * freq / fs);
+                    EXPECT_NEAR(responseOf(f, g, fs).mag(), (high ? x * x : 1.0) / std::hypot(1.0 - x * x, x / q), 1e-9);
+                }
+            }
+}
+
+// Each transform is the bilinear image of its analogue section: H(z) on the
+// unit circle equals H(j*tan(pi f/fs)).
+TEST(Cut, TransformsAreTheBilinearImageOfTheirSection) {
+    for (double lin : {0.05, 0.7, 3.0})
+        for (double cst : {0.01, 1.0, 9.0})
+            for (double zero : {0.0, 0.3, 4.0}) {
+                double hp[5], lp[5], ihp[5], ilp[5];
+                IirProcess::HpfCoefToZet(lin, cst, hp);
+                IirProcess::LpfCoefToZet(lin, cst, lp);
+                IirProcess::IChevHpfCoefToZet(lin, cst, zero, ihp);
+                IirProcess::IChevLpfCoefToZet(lin, cst, zero, ilp);
+                EXPECT_EQ(std::vector<double>(ihp, ihp + 5), std::vector<double>(ilp, ilp + 5));
+                EXPECT_TRUE(zero != 0.0 || std::vector<double>(ihp, ihp + 5) == std::vector<double>(hp, hp + 5));
+                for (double g : {0.01, 0.1, 0.25, 0.4, 0.49}) {
+                    const std::complex<double> s(0.0, std::tan(kPi * g)), den = s * s + lin * s + cst;
+                    for (auto [c, h] : {std::pair{hp, s * s / den}, {lp, 1.0 / den}, {ihp, (s * s + zero) / den}})
+                        EXPECT_LT(std::abs(sectionH(c, g, 1.0) - h), 1e-12 * (1.0 + std::abs(h))) << lin << cst << zero << g;
+                }
+            }
+}
+
+TEST(Cut, ShortFormsTransformsAndClampedOrdersAgreeBitForBit) {
+    const double fs = 48000.0, freq = 1234.0, t = std::tan((freq * 3.141592653589793) / fs);
+    const double lin = (std::cos((3.0 * 3.141592653589793) / 4.0) * (-2.0)) * t;
+    double hp[5], lp[5];
+    IirProcess::HpfCoefToZet(lin, t * t, hp);
+    IirProcess::LpfCoefToZet(lin, t * t, lp);
+    for (int i = 0; i < 3; ++i) lp[i] *= t * t;
+    IirProcess a, b;
+    a.setCoefHPF(freq, fs);
+    b.setCoefHPF(2, freq, fs);
+    EXPECT_EQ(coefs(a), coefs(b));
+    EXPECT_EQ(slice(coefs(a), 0, 5), std::vector<double>(hp, hp + 5));
+    a.setCoefLPF(freq, fs);
+    b.setCoefLPF(2, freq, fs);
+    EXPECT_EQ(coefs(a), coefs(b));
+    EXPECT_EQ(slice(coefs(a), 0, 5), std::vector<double>(lp, lp + 5));
+
+    for (const CutDesign& d : kDesigns)
+        for (auto [asked, meant] : {std::pair{8, 5}, {1000, 5}, {-9, -5}}) {
+            d.apply(a, asked, 900.0, d.shapes[0], 44100.0);
+            d.apply(b, meant, 900.0, d.shapes[0], 44100.0);
+            EXPECT_EQ(a.getOrder(), meant) << d.name;
+            EXPECT_EQ(coefs(a), coefs(b)) << d.name << " " << asked;
+        }
+}
+
+TEST(Cut, StateSurvivesRetuningAndOrderChangesFollowTheResetRule) {
+    for (const CutDesign& d : kDesigns) {
+        IirProcess f;
+        d.apply(f, 3, 1000.0, d.shapes[0], 48000.0);
+        for (double x : {1.0, -0.5, 0.25}) f.cal(x);
+        const std::vector<double> running = state(f);
+        d.apply(f, 3, 2500.0, d.shapes[1], 48000.0);
+        EXPECT_EQ(state(f), running) << d.name;
+        const std::vector<double> firstOrder = slice(coefs(f), 5, 8);
+
+        d.apply(f, 2, 2500.0, d.shapes[1], 48000.0);  // zeroes delay, keeps delay1st and coef1st
+        std::vector<double> cleared(8, 0.0);
+        cleared.insert(cleared.end(), running.begin() + 8, running.end());
+        EXPECT_EQ(state(f), cleared) << d.name;
+        f.setOrder(3);
+        EXPECT_EQ(slice(coefs(f), 5, 8), firstOrder) << d.name;
+
+        d.apply(f, 0, 2500.0, d.shapes[0], 48000.0);  // order 0 passes samples through
+        for (double x : {0.3, -1.0}) EXPECT_EQ(f.cal(x), x) << d.name;
+    }
+    IirProcess q(3);  // a Q section is order 2 and never writes the first-order section
+    setFirstOrder(q, 0.1, 0.2, 0.3);
+    q.setCoefLPFQfct(1000.0, 0.7, 48000.0);
+    q.setOrder(3);
+    EXPECT_EQ(slice(coefs(q), 5, 8), (std::vector<double>{0.1, 0.2, 0.3}));
+
+    IirProcess neg, pos;  // a negative odd order writes the first-order section alone
+    neg.setCoefHPF(-3, 1000.0, 48000.0);
+    pos.setCoefHPF(3, 1000.0, 48000.0);
+    EXPECT_EQ(slice(coefs(neg), 0, 3), slice(coefs(pos), 5, 8));
+}
+
+}  // namespace
