@@ -114,6 +114,58 @@ template <class D>
 void designAlpha(IirProcess& f, D& d, void (IirProcess::*m)(double) noexcept) {
     call(f, m, d.alpha());
 }
+template <class D>
+void designCornerShelf(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double, double, double) noexcept) {
+    const double fs = d.fs(), freq = d.freq(), gain = d.gainDb(), weight = d.weight(), level = d.levelDb();
+    call(f, m, fs, freq, gain, weight, level);
+}
+template <class D>
+void designFreqQFs(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double) noexcept) {
+    const double freq = d.freq(), q = d.q(), fs = d.fs();
+    call(f, m, freq, q, fs);
+}
+template <class D>
+void designCut(IirProcess& f, D& d, void (IirProcess::*m)(int, double, double) noexcept) {
+    const int order = d.order();
+    const double freq = d.freq(), fs = d.fs();
+    call(f, m, order, freq, fs);
+}
+// Chebyshev (shape: ripple) and inverse Chebyshev (shape: stopLevel) cuts.
+template <class D>
+void designShapedCut(IirProcess& f, D& d, double (D::*shape)(),
+                     void (IirProcess::*m)(int, double, double, double) noexcept) {
+    const int order = d.order();
+    const double freq = d.freq(), s = (d.*shape)(), fs = d.fs();
+    call(f, m, order, freq, s, fs);
+}
+template <class D>
+void designBand(IirProcess& f, D& d, void (IirProcess::*m)(int, double, double, double) noexcept) {
+    const int proto = d.protoOrder();
+    const double low = d.bandLow(), high = d.bandHigh(), fs = d.fs();
+    call(f, m, proto, low, high, fs);
+}
+template <class D>
+void designShapedBand(IirProcess& f, D& d, double (D::*shape)(),
+                      void (IirProcess::*m)(int, double, double, double, double) noexcept) {
+    const int proto = d.protoOrder();
+    const double low = d.bandLow(), high = d.bandHigh(), s = (d.*shape)(), fs = d.fs();
+    call(f, m, proto, low, high, s, fs);
+}
+// Section transforms: analogue section in, five coefficients out.
+template <class D>
+void transform(D& d, void (*fn)(double, double, double*) noexcept) {
+    const double lin = d.lin(), cst = d.cst();
+    double* out = d.outArray();
+    call(fn, lin, cst, out);
+    d.written(out, 5);
+}
+template <class D>
+void transformWithZero(D& d, void (*fn)(double, double, double, double*) noexcept) {
+    const double lin = d.lin(), cst = d.cst(), zero = d.zero();
+    double* out = d.outArray();
+    call(fn, lin, cst, zero, out);
+    d.written(out, 5);
+}
 
 template <class D>
 inline constexpr Operation<D> kOperations[] = {
@@ -177,6 +229,82 @@ inline constexpr Operation<D> kOperations[] = {
     {"setCoef", Kind::Design, kSectionDesign,
      [](IirProcess& f, D& d) { designFreqFsGainQ(f, d, &IirProcess::setCoef); }},
 
+    // ---- first-order shelves ----
+    {"setCoefLOWS_A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_A); }},
+    {"setCoefLOWS_B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_B); }},
+    {"setCoefLOWS", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS); }},
+    {"setCoefLOWS(type)", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefLOWS); }},
+    {"setCoefHIGS_A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_A); }},
+    {"setCoefHIGS_B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_B); }},
+    {"setCoefHIGS", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS); }},
+    {"setCoefHIGS(type)", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefHIGS); }},
+
+    // ---- second-order shelves ----
+    {"setCoefLOWS_2A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2A); }},
+    {"setCoefLOWS_2B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2B); }},
+    {"setCoefLOWS_PM_2A", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_PM_2A); }},
+    {"setCoefLOWS_PM_2B", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_PM_2B); }},
+    {"setCoefHIGS_2A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2A); }},
+    {"setCoefHIGS_2B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2B); }},
+    {"setCoefHIGS_PM_2A", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_PM_2A); }},
+    {"setCoefHIGS_PM_2B", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_PM_2B); }},
+    {"setCoefLOWS_2", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2); }},
+    {"setCoefLOWS_2(type)", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefLOWS_2); }},
+    {"setCoefHIGS_2", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2); }},
+    {"setCoefHIGS_2(type)", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefHIGS_2); }},
+
+    // ---- shelves with corner placement: section 0's coefficients only ----
+    {"setCoefLowShelf_C", Kind::Design, kCoef2,
+     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefLowShelf_C); }},
+    {"setCoefHiShelf_C", Kind::Design, kCoef2,
+     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefHiShelf_C); }},
+    {"setCoefLowShelf_2C", Kind::Design, kCoef2,
+     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefLowShelf_2C); }},
+    {"setCoefHiShelf_2C", Kind::Design, kCoef2,
+     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefHiShelf_2C); }},
+
+    // ---- cut filters ----
+    {"setCoefHPF(order)", Kind::Design, kOddDesign, [](IirProcess& f, D& d) { designCut(f, d, &IirProcess::setCoefHPF); }},
+    {"setCoefLPF(order)", Kind::Design, kOddDesign, [](IirProcess& f, D& d) { designCut(f, d, &IirProcess::setCoefLPF); }},
+    {"setCoefHPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setCoefHPF); }},
+    {"setCoefLPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setCoefLPF); }},
+    {"setCoefHPFChev", Kind::Design, kOddDesign,
+     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::ripple, &IirProcess::setCoefHPFChev); }},
+    {"setCoefLPFChev", Kind::Design, kOddDesign,
+     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::ripple, &IirProcess::setCoefLPFChev); }},
+    {"setCoefHPFIChev", Kind::Design, kOddDesign,
+     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::stopLevel, &IirProcess::setCoefHPFIChev); }},
+    {"setCoefLPFIChev", Kind::Design, kOddDesign,
+     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::stopLevel, &IirProcess::setCoefLPFIChev); }},
+    {"setCoefHPFQfct", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefHPFQfct); }},
+    {"setCoefLPFQfct", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefLPFQfct); }},
+
+    // ---- band filters ----
+    {"setCoefBPFQfct", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefBPFQfct); }},
+    {"setCoefBPF_Q", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefBPF_Q); }},
+    {"setCoefBPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designBand(f, d, &IirProcess::setCoefBPF); }},
+    {"setCoefBEF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designBand(f, d, &IirProcess::setCoefBEF); }},
+    {"setCoefBPFChev", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::ripple, &IirProcess::setCoefBPFChev); }},
+    {"setCoefBEFChev", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::ripple, &IirProcess::setCoefBEFChev); }},
+    {"setCoefBPFIChev", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::stopLevel, &IirProcess::setCoefBPFIChev); }},
+    {"setCoefBEFIChev", Kind::Design, kSectionDesign,
+     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::stopLevel, &IirProcess::setCoefBEFIChev); }},
+
     // ---- DC filters and all-pass sections ----
     {"setDcfLPF(freq, fs)", Kind::Design, kOddDesign,
      [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setDcfLPF); }},
@@ -199,6 +327,30 @@ inline constexpr Operation<D> kOperations[] = {
      [](IirProcess& f, D& d) {
          const double freq = d.freq(), fs = d.fs();
          d.result(call(f, &IirProcess::phase, freq, fs));
+     }},
+
+    // ---- section transforms: nothing of the object ----
+    {"HpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::HpfCoefToZet); }},
+    {"LpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::LpfCoefToZet); }},
+    {"BpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::BpfCoefToZet); }},
+    {"IChevHpfCoefToZet", Kind::Transform, 0,
+     [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::IChevHpfCoefToZet); }},
+    {"IChevLpfCoefToZet", Kind::Transform, 0,
+     [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::IChevLpfCoefToZet); }},
+    {"BefCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::BefCoefToZet); }},
+    {"BpfCoefTrans", Kind::Transform, 0,
+     [](IirProcess&, D& d) {
+         const double lin = d.lin(), cst = d.cst(), wLow = d.warped(), wHigh = d.warped();
+         double* out = d.outArray();
+         call(&IirProcess::BpfCoefTrans, lin, cst, wLow, wHigh, out, out + 1, out + 2, out + 3);
+         d.written(out, 4);
+     }},
+    {"BuboCoefTrans", Kind::Transform, 0,
+     [](IirProcess&, D& d) {
+         const double wLow = d.warped(), wHigh = d.warped(), zero = d.zero();
+         double* out = d.outArray();
+         call(&IirProcess::BuboCoefTrans, wLow, wHigh, zero, out, out + 1);
+         d.written(out, 2);
      }},
 };
 
