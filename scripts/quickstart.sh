@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config)
+PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config libcli11-dev libsndfile1-dev)
 # Also needed by the reliability checks CI runs (scripts/ci_checks.sh):
 # clang with its sanitizer and libFuzzer runtimes, clang-tidy, cppcheck.
 CHECK_PACKAGES=(clang libclang-rt-14-dev clang-tidy cppcheck)
@@ -33,8 +33,8 @@ case "${1:-}" in
     demo)
         install_missing "${PACKAGES[@]}"
         cmake --preset release
-        cmake --build --preset release -j "$jobs"
-        ./build/release/examples/mivora_example_peaking
+        cmake --build --preset release -j "$jobs" --target mivora
+        ./build/release/tools/mivora/mivora demo --out build/demo
         ;;
     test)
         install_missing "${PACKAGES[@]}"

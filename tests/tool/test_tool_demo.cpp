@@ -1,0 +1,45 @@
+// `mivora demo` leaves a page whose every plot and sound is there to open.
+#include "tool_test_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+
+TEST(ToolDemo, WritesPlotsSoundsAndAnIndexThatShowsThem) {
+    const std::string dir = tool_test::scratchDir("demo") + "/gallery";  // created by the tool
+    const tool_test::Run run = tool_test::runTool({"demo", "--out", dir});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.out.find(dir + "/index.html"), std::string::npos) << run.out;
+
+    const std::string index = tool_test::readText(dir + "/index.html");
+    const std::regex reference("src=\"([^\"]+)\"");
+    std::set<std::string> plots, sounds;
+    for (std::sregex_iterator it(index.begin(), index.end(), reference), end; it != end; ++it) {
+        const std::string file = (*it)[1];
+        (file.size() > 4 && file.substr(file.size() - 4) == ".svg" ? plots : sounds).insert(file);
+    }
+    // Peaking, shelves, the cut and band families, all-pass: a dozen or more plots.
+    EXPECT_GE(plots.size(), 12u);
+    EXPECT_GE(sounds.size(), 2u);
+
+    std::set<std::string> written;
+    for (const std::string& name : tool_test::filesIn(dir)) written.insert(name);
+    for (const std::string& plot : plots) {
+        SCOPED_TRACE(plot);
+        ASSERT_TRUE(written.count(plot));
+        const std::string svg = tool_test::readText(dir + "/" + plot);
+        EXPECT_NE(svg.find("<svg"), std::string::npos);
+        EXPECT_NE(svg.find("<polyline"), std::string::npos);
+        EXPECT_NE(svg.find("</svg>"), std::string::npos);
+    }
+    for (const std::string& sound : sounds) {
+        SCOPED_TRACE(sound);
+        ASSERT_TRUE(written.count(sound));
+        const tool_test::Audio audio = tool_test::readAudio(dir + "/" + sound);
+        EXPECT_GT(audio.samples.size(), 48000u);
+    }
+    // Nothing else: no temporaries left behind.
+    EXPECT_EQ(written.size(), plots.size() + sounds.size() + 1);
+}

@@ -1,0 +1,90 @@
+// Bad invocations: each gets one line on stderr, exit status 2, and leaves
+// the directory as it was: no output, no temporary, nothing overwritten.
+#include "tool_test_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using tool_test::runTool;
+
+namespace {
+
+struct Case {
+    std::vector<std::string> args;
+    const char* message;  // part of the one line the user reads
+};
+
+const Case kCases[] = {
+    {{}, "no command given"},
+    {{"frobnicate"}, "unknown command 'frobnicate'"},
+    {{"list", "wobble"}, "unknown design 'wobble'"},
+    {{"coef", "wobble"}, "unknown design 'wobble'"},
+    {{"coef", "peak", "--gain", "3", "--frq", "100"}, "unknown option --frq"},
+    {{"coef", "peak", "--gain", "3", "stray"}, "unexpected argument 'stray'"},
+    {{"coef", "peak", "--gain"}, "--gain"},
+    {{"coef", "peak", "--gain", "3", "--gain", "4"}, "--gain"},
+    {{"coef", "peak", "--gain", "loud"}, "--gain: 'loud' is not a number"},
+    {{"coef", "peak", "--gain", "nan"}, "not a finite number"},
+    {{"coef", "peak", "--gain", "-inf"}, "not a finite number"},
+    {{"coef", "peak", "--gain", "1e308"}, "not finite"},
+    {{"coef", "peak"}, "needs --gain"},
+    {{"coef", "peak", "--gain", "3", "--freq", "24000"}, "--freq must be below fs/2 = 24000 Hz"},
+    {{"coef", "peak", "--gain", "3", "--freq", "10000", "--fs", "16000"}, "below fs/2 = 8000 Hz"},
+    {{"coef", "peak", "--gain", "3", "--freq", "0"}, "--freq must be above 0"},
+    {{"coef", "lowpass", "--freq", "-5"}, "--freq must be above 0"},
+    {{"coef", "peak", "--gain", "3", "--fs", "0"}, "--fs must be a positive sampling frequency"},
+    {{"coef", "bandpass", "--low", "2000", "--high", "500"}, "--low must be below --high"},
+    {{"coef", "bandstop", "--low", "700", "--high", "700"}, "--low must be below --high"},
+    {{"coef", "lowpass", "--order", "6"}, "--order must be a whole number from 1 to 5"},
+    {{"coef", "lowpass", "--order", "2.5"}, "--order must be a whole number"},
+    {{"coef", "bandstop", "--order", "3"}, "--order must be a whole number from 1 to 2"},
+    {{"coef", "lowpass", "--ripple", "1"}, "--ripple does not apply to lowpass --type butter"},
+    {{"coef", "lowshelf", "--gain", "3", "--damping", "2"}, "--damping does not apply"},
+    {{"coef", "lowpass", "--type", "elliptic"}, "--type must be one of"},
+    {{"coef", "lowpass", "--type", "cheby", "--ripple", "0"}, "--ripple must be above 0"},
+    {{"coef", "lowpass", "--type", "icheby", "--stop-level", "960"}, "--stop-level must be below 960"},
+    {{"coef", "dc-lowpass", "--alpha", "2"}, "--alpha must be between 0 and 2"},
+    {{"coef", "dc-lowpass", "--alpha", "0.1", "--freq", "10"}, "--freq does not apply to dc-lowpass with --alpha"},
+    {{"coef", "peak", "--gain", "3", "--format", "xml"}, "--format must be one of"},
+    {{"response", "peak", "--gain", "3", "--from", "0"}, "--from and --to"},
+    {{"response", "peak", "--gain", "3", "--to", "30000"}, "--from and --to"},
+    {{"response", "peak", "--gain", "3", "--points", "1"}, "--points must be a whole number from 2"},
+    {{"response", "peak", "--gain", "3", "--svg", "missing/plot.svg"}, "cannot write missing/plot.svg"},
+    {{"filter", "peak", "--gain", "3", "--in", "in.wav"}, "--out"},
+    {{"filter", "peak", "--gain", "3", "--in", "absent.wav", "--out", "out.wav"}, "cannot read absent.wav"},
+    {{"filter", "peak", "--gain", "3", "--in", "notaudio.txt", "--out", "out.wav"}, "cannot read notaudio.txt"},
+    {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "in.wav"}, "--out must differ from --in"},
+    {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "./in.wav"}, "--out must differ from --in"},
+    {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "missing/out.wav"}, "cannot write missing/out.wav"},
+    {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "subdir"}, "cannot write subdir"},
+    // The file is at 8 kHz: 5 kHz lies above its fs/2, and old.wav must survive.
+    {{"filter", "peak", "--gain", "3", "--freq", "5000", "--in", "in.wav", "--out", "old.wav"},
+     "below fs/2 = 4000 Hz"},
+};
+
+}  // namespace
+
+TEST(ToolErrors, BadInvocationsExitTwoWithOneLineAndNoOutput) {
+    const std::string dir = tool_test::scratchDir("errors");
+    tool_test::writeAudio(dir + "/in.wav", {1, 8000, SF_FORMAT_WAV | SF_FORMAT_PCM_16, std::vector<float>(800, 0.25f)});
+    tool_test::writeText(dir + "/notaudio.txt", "not a sound\n");
+    tool_test::writeText(dir + "/old.wav", "an older file that must stay as it is\n");
+    std::filesystem::create_directory(dir + "/subdir");
+    const std::vector<std::string> before = tool_test::filesIn(dir);
+
+    for (const Case& c : kCases) {
+        std::string shown;
+        for (const std::string& a : c.args) shown += " " + a;
+        SCOPED_TRACE("mivora" + shown);
+        const tool_test::Run run = runTool(c.args, dir);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err.rfind("mivora: ", 0), 0u) << run.err;
+        EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << "not one line: " << run.err;
+        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
+        EXPECT_EQ(tool_test::filesIn(dir), before);
+    }
+    EXPECT_EQ(tool_test::readText(dir + "/old.wav"), "an older file that must stay as it is\n");
+    EXPECT_TRUE(tool_test::filesIn(dir + "/subdir").empty());
+}

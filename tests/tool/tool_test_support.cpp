@@ -1,0 +1,141 @@
+#include "tool_test_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <spawn.h>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace tool_test {
+
+namespace fs = std::filesystem;
+
+Run runTool(const std::vector<std::string>& args, const std::string& workDir) {
+    const fs::path capture = fs::path(MIVORA_TOOL_SCRATCH) / "capture";
+    fs::create_directories(capture);
+    const std::string outPath = (capture / ("out." + std::to_string(::getpid()))).string();
+    const std::string errPath = (capture / ("err." + std::to_string(::getpid()))).string();
+
+    std::vector<std::string> argvText{MIVORA_TOOL_PATH};
+    argvText.insert(argvText.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (std::string& a : argvText) argv.push_back(a.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addchdir_np(&actions, workDir.c_str());
+    pid_t pid = 0;
+    const int spawned = posix_spawn(&pid, MIVORA_TOOL_PATH, &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+
+    Run run;
+    if (spawned != 0) {
+        ADD_FAILURE() << "cannot start " << MIVORA_TOOL_PATH;
+        return run;
+    }
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    run.out = readText(outPath);
+    run.err = readText(errPath);
+    return run;
+}
+
+std::string scratchDir(const std::string& name) {
+    const fs::path dir = fs::path(MIVORA_TOOL_SCRATCH) / name;
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    return dir.string();
+}
+
+std::vector<std::string> filesIn(const std::string& dir) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string readText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void writeText(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::vector<std::vector<double>> numberRows(const std::string& text, bool labelColumn) {
+    std::vector<std::vector<double>> rows;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (labelColumn) line.erase(0, line.find(',') + 1);
+        if (line.empty() || line[0] == '#' || std::isalpha(static_cast<unsigned char>(line[0]))) continue;
+        std::replace(line.begin(), line.end(), ',', ' ');
+        std::istringstream words(line);
+        std::vector<double> row;
+        for (std::string w; words >> w;) row.push_back(std::strtod(w.c_str(), nullptr));
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+void writeAudio(const std::string& path, const Audio& audio) {
+    SF_INFO info{};
+    info.channels = audio.channels;
+    info.samplerate = audio.sampleRate;
+    info.format = audio.format;
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
+    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    const auto frames = static_cast<sf_count_t>(audio.samples.size() / static_cast<std::size_t>(audio.channels));
+    EXPECT_EQ(sf_writef_float(file, audio.samples.data(), frames), frames);
+    sf_close(file);
+}
+
+Audio readAudio(const std::string& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    Audio audio;
+    if (!file) {
+        ADD_FAILURE() << "cannot read " << path << ": " << sf_strerror(nullptr);
+        return audio;
+    }
+    audio.channels = info.channels;
+    audio.sampleRate = info.samplerate;
+    audio.format = info.format;
+    audio.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+    sf_readf_float(file, audio.samples.data(), info.frames);
+    sf_close(file);
+    return audio;
+}
+
+std::vector<short> readShorts(const std::string& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    std::vector<short> samples;
+    if (!file) {
+        ADD_FAILURE() << "cannot read " << path;
+        return samples;
+    }
+    samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+    sf_readf_short(file, samples.data(), info.frames);
+    sf_close(file);
+    return samples;
+}
+
+}  // namespace tool_test

@@ -1,0 +1,27 @@
+// Filtering a sound file: one IirProcess per channel, block by block.
+#ifndef MIVORA_TOOL_AUDIO_FILTER_HPP
+#define MIVORA_TOOL_AUDIO_FILTER_HPP
+
+#include "design.hpp"
+
+#include <optional>
+#include <string>
+
+namespace mivora_tool {
+
+struct FilterJob {
+    DesignRequest request;
+    std::optional<double> fs;  // the design's rate; default: the input's
+    std::string inPath;
+    std::string outPath;
+    bool asFloat = false;
+    bool showProgress = false;  // a bar on a terminal, for long files
+};
+
+// Writes outPath whole or not at all; returns the design as resolved
+// against the rate used. Throws UsageError for any bad input.
+Design filterFile(const FilterJob& job);
+
+}  // namespace mivora_tool
+
+#endif
