@@ -18,6 +18,10 @@ struct Case {
 const Case kCases[] = {
     {{}, "no command given"},
     {{"frobnicate"}, "unknown command 'frobnicate'"},
+    // What the user typed is quoted with its control characters escaped, so
+    // the message stays one line and cannot drive the terminal.
+    {{"frob\nnicate\x1b[2J"}, "unknown command 'frob\\nnicate\\x1b[2J'"},
+    {{"coef", "peak", "--gain", "3\t4"}, "'3\\t4' is not a number"},
     {{"list", "wobble"}, "unknown design 'wobble'"},
     {{"coef", "wobble"}, "unknown design 'wobble'"},
     {{"coef", "peak", "--gain", "3", "--frq", "100"}, "unknown option --frq"},
@@ -53,6 +57,7 @@ const Case kCases[] = {
     {{"response", "peak", "--gain", "3", "--svg", "missing/plot.svg"}, "cannot write missing/plot.svg"},
     {{"filter", "peak", "--gain", "3", "--in", "in.wav"}, "--out"},
     {{"filter", "peak", "--gain", "3", "--in", "absent.wav", "--out", "out.wav"}, "cannot read absent.wav"},
+    {{"filter", "peak", "--gain", "3", "--in", "absent\r\n.wav", "--out", "out.wav"}, "cannot read absent\\r\\n.wav"},
     {{"filter", "peak", "--gain", "3", "--in", "notaudio.txt", "--out", "out.wav"}, "cannot read notaudio.txt"},
     {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "in.wav"}, "--out must differ from --in"},
     {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "./in.wav"}, "--out must differ from --in"},
