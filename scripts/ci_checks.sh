@@ -49,7 +49,7 @@ check_fuzz() {
         echo "-- mivora_fuzz_$name for ${FUZZ_SECONDS}s"
         "build/fuzz/fuzz/mivora_fuzz_$name" -max_total_time="$FUZZ_SECONDS" -timeout=10 \
             -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$artifacts/$name-" \
-            "$scratch" "$seeds" 2>&1 | grep -vE '^#[0-9]+[[:space:]]+(NEW|REDUCE|pulse)|# Uses: [0-9]+$|Recommended dictionary' || {
+            "$scratch" "$seeds" 2>&1 | grep -vE '^#[0-9]+[[:space:]]+(NEW|REDUCE|pulse)|NEW_FUNC|# Uses: [0-9]+$|Recommended dictionary' || {
             echo "mivora_fuzz_$name found a problem; the input is in $artifacts/" >&2
             return 1
         }
