@@ -9,7 +9,8 @@
 //
 // The driver provides, each returning the next value of its kind:
 //   double freq() fs() gainDb() q() ripple() stopLevel() weight() levelDb()
-//          alpha() lin() cst() zero() value() sample()
+//          alpha() bandLow() bandHigh() warped() lin() cst() zero() value()
+//          sample()
 //   int    order() protoOrder() intSample()      short type()
 //   Mivora::VqMemAlloc* alloc()
 //   Block  block()                     samples for doProcess (in may equal out)
