@@ -54,6 +54,14 @@ Run runTool(const std::vector<std::string>& args, const std::string& workDir) {
     return run;
 }
 
+void expectRefused(const Run& run, const std::string& message) {
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err.rfind("mivora: ", 0), 0u) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << "not one line: " << run.err;
+    EXPECT_NE(run.err.find(message), std::string::npos) << run.err;
+}
+
 std::string scratchDir(const std::string& name) {
     const fs::path dir = fs::path(MIVORA_TOOL_SCRATCH) / name;
     fs::remove_all(dir);
