@@ -20,12 +20,11 @@ IirProcess gainStages(int order) {
 }
 
 TEST(Processing, StagesThatRunFollowTheOrder) {
-    struct Case {
+    const struct {
         int order;
         double gain;
-    };
-    const Case cases[] = {{0, 1}, {1, 5}, {2, 2}, {3, 10}, {4, 6}, {5, 30}, {-1, 5}, {-2, 1}, {-5, 5}, {7, 30}};
-    for (const Case& c : cases) {
+    } cases[] = {{0, 1}, {1, 5}, {2, 2}, {3, 10}, {4, 6}, {5, 30}, {-1, 5}, {-2, 1}, {-5, 5}, {7, 30}};
+    for (const auto& c : cases) {
         IirProcess byCal = gainStages(c.order);
         IirProcess byBlock = gainStages(c.order);
         float in[3] = {1.0f, -0.5f, 0.25f};
@@ -39,33 +38,23 @@ TEST(Processing, StagesThatRunFollowTheOrder) {
 }
 
 TEST(Processing, CalWithOrderArgumentChoosesSecondOrderSections) {
-    struct Case {
-        int objectOrder, argument;
-        double gain;
-    };
-    const Case cases[] = {{4, 2, 2}, {4, 4, 6}, {2, 4, 6}, {4, 0, 1}, {4, 1, 1}, {0, 4, 1},
-                          {1, 4, 5}, {5, 2, 10}, {-2, 4, 6}, {4, 99, 6}, {4, -99, 1}};
-    for (const Case& c : cases) {
-        IirProcess f = gainStages(c.objectOrder);
-        EXPECT_EQ(f.cal(c.argument, 1.5), 1.5 * c.gain) << c.objectOrder << "/" << c.argument;
+    const int cases[][3] = {{4, 2, 2}, {4, 4, 6}, {2, 4, 6}, {4, 0, 1}, {4, 1, 1}, {0, 4, 1},  // object order,
+                            {1, 4, 5}, {5, 2, 10}, {-2, 4, 6}, {4, 99, 6}, {4, -99, 1}};  // argument, gain
+    for (const auto& c : cases) {
+        IirProcess f = gainStages(c[0]);
+        EXPECT_EQ(f.cal(c[1], 1.5), 1.5 * c[2]) << c[0] << "/" << c[1];
     }
 }
 
-TEST(Processing, FreshObjectOutputsSilenceButRecordsInputs) {
+TEST(Processing, FreshObjectOutputsSilenceButRecordsInputsAndZeroCountTouchesNothing) {
     IirProcess f;
     EXPECT_EQ(f.cal(0.75), 0.0);
     EXPECT_EQ(f.cal(3), 0.0);
-    EXPECT_EQ(state(f), (std::vector<double>{3, 0.75, 0, 0, 0, 0, 0, 0, 0, 0}));
-}
-
-TEST(Processing, ZeroCountTouchesNothing) {
-    IirProcess f(5);
-    f.setDelay(1.0);
     float buf[1] = {42.0f};
     f.doProcess(buf, buf, 0);
     f.doProcess(nullptr, nullptr, 0);
     EXPECT_EQ(buf[0], 42.0f);
-    EXPECT_EQ(state(f), std::vector<double>(10, 1.0));
+    EXPECT_EQ(state(f), (std::vector<double>{3, 0.75, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(Processing, DifferenceEquationWithFeedbackSigns) {
@@ -137,13 +126,11 @@ TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
         for (std::size_t i = 0; i < in.size(); ++i)
             EXPECT_EQ(static_cast<float>(single.cal(static_cast<double>(in[i]))), outSeparate[i]) << i;
         EXPECT_EQ(state(single), state(separate));
-    }
-}
 
-TEST(Processing, CalIntIsCalOfTheExactDouble) {
-    IirProcess a = busyFilter(5, 11), b = busyFilter(5, 11);
-    for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(a.cal(x), b.cal(static_cast<double>(x)));
-    EXPECT_EQ(state(a), state(b));
+        // cal(int) is cal of the exact double.
+        for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(single.cal(x), separate.cal(static_cast<double>(x)));
+        EXPECT_EQ(state(single), state(separate));
+    }
 }
 
 TEST(Processing, NonFiniteSamplesStayUntilTheStateIsReplaced) {

@@ -17,9 +17,11 @@ IirProcess sample(int order) {
 
 TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
     const double fs = 48000.0;
+    std::vector<double> freqs = logFrequencies(fs, 97);
+    freqs.insert(freqs.end(), {0.0, fs / 2});
     for (int order = -5; order <= 5; ++order) {
         IirProcess f = sample(order);
-        for (double freq : logFrequencies(fs, 97)) {
+        for (double freq : freqs) {
             const Response r = responseOf(f, freq, fs);
             EXPECT_NEAR(f.power(freq, fs), r.db(), 1e-9) << order << " @ " << freq;
             // Phase covers the second-order sections only.
@@ -31,14 +33,6 @@ TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
             EXPECT_LE(std::fabs(f.phase(freq, fs)), kPi);
         }
     }
-}
-
-TEST(Response, DcGainIsTheProductOfSectionSums) {
-    IirProcess f = sample(5);
-    const double g0 = (0.3 - 0.2 + 0.1) / (1 - 1.1 + 0.5);
-    const double g1 = (0.7 + 0.4 - 0.2) / (1 + 0.3 + 0.2);
-    const double g2 = (0.6 + 0.3) / (1 - 0.4);
-    EXPECT_NEAR(f.power(0.0, 48000.0), 20.0 * std::log10(std::fabs(g0 * g1 * g2)), 1e-12);
 }
 
 TEST(Response, EdgeOrdersAndExactZero) {
