@@ -119,23 +119,35 @@ TEST(Cut, QSectionsFollowTheAnalogueResonator) {
             }
 }
 
-// Each transform is the bilinear image of its analogue section: H(z) on the
-// unit circle equals H(j*tan(pi f/fs)).
-TEST(Cut, TransformsAreTheBilinearImageOfTheirSection) {
-    for (double lin : {0.05, 0.7, 3.0})
-        for (double cst : {0.01, 1.0, 9.0})
+// Each section transform is the bilinear image of its analogue section: H(z)
+// on the unit circle equals H(j*tan(pi f/fs)).
+TEST(Transforms, SectionsAreBilinearImagesOfTheirAnalogueSections) {
+    std::vector<double> grid = logFrequencies(1.0, 40);
+    grid.insert(grid.end(), {0.0, 0.5});
+    for (double lin : {0.01, 0.3, 1.414, 3.0})
+        for (double cst : {0.01, 0.25, 1.0, 9.0})
             for (double zero : {0.0, 0.3, 4.0}) {
-                double hp[5], lp[5], ihp[5], ilp[5];
+                SCOPED_TRACE(::testing::Message() << "lin=" << lin << " cst=" << cst << " zero=" << zero);
+                double hp[5], lp[5], ihp[5], ilp[5], bp[5], be[5];
                 IirProcess::HpfCoefToZet(lin, cst, hp);
                 IirProcess::LpfCoefToZet(lin, cst, lp);
                 IirProcess::IChevHpfCoefToZet(lin, cst, zero, ihp);
                 IirProcess::IChevLpfCoefToZet(lin, cst, zero, ilp);
+                IirProcess::BpfCoefToZet(lin, cst, bp);
+                IirProcess::BefCoefToZet(lin, cst, zero, be);
                 EXPECT_EQ(std::vector<double>(ihp, ihp + 5), std::vector<double>(ilp, ilp + 5));
                 EXPECT_TRUE(zero != 0.0 || std::vector<double>(ihp, ihp + 5) == std::vector<double>(hp, hp + 5));
-                for (double g : {0.01, 0.1, 0.25, 0.4, 0.49}) {
+                EXPECT_TRUE(bp[1] == 0.0 && bp[2] == -bp[0]);  // exact zeros at DC and fs/2
+                for (double g : grid) {
                     const std::complex<double> s(0.0, std::tan(kPi * g)), den = s * s + lin * s + cst;
-                    for (auto [c, h] : {std::pair{hp, s * s / den}, {lp, 1.0 / den}, {ihp, (s * s + zero) / den}})
-                        EXPECT_LT(std::abs(sectionH(c, g, 1.0) - h), 1e-12 * (1.0 + std::abs(h))) << lin << cst << zero << g;
+                    const struct {
+                        const double* c;
+                        std::complex<double> h;
+                        double floor;  // of the relative tolerance, for |h| near 0
+                    } cases[] = {{hp, s * s / den, 1.0}, {lp, 1.0 / den, 1.0}, {ihp, (s * s + zero) / den, 1.0},
+                                 {bp, s / den, 1e-3}, {be, (s * s + zero) / den, zero == 0.0 ? 1.0 : 1e-3}};
+                    for (const auto& k : cases)
+                        EXPECT_LT(std::abs(sectionH(k.c, g, 1.0) - k.h), 1e-12 * (std::abs(k.h) + k.floor)) << g << " #" << (&k - cases);
                 }
             }
 }

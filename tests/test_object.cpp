@@ -116,45 +116,38 @@ TEST(Object, GetCoefWritesExactlyTheRunningSections) {
     }
 }
 
-// Every design with the order it builds; kKeepsOrder marks the corner shelves,
-// which perform no reset and write section 0 alone.
-constexpr int kKeepsOrder = INT_MIN;
+// Every design with the order it builds; K marks the corner shelves, which
+// perform no reset and write section 0 alone.
+constexpr int K = INT_MIN;
 struct Design {
     const char* call;
     void (*apply)(IirProcess&);
     int order;
 };
+#define D(order, call) Design{MIVORA_CALL(call), order}
 const Design kDesigns[] = {
-    {MIVORA_CALL(setCoefPDFPQ(1e3, 48e3, 6, 1)), 2}, {MIVORA_CALL(setCoefPDFCQ(1e3, 48e3, -6, 1)), 2},
-    {MIVORA_CALL(setCoef(1e3, 48e3, 6, 1)), 2},
-    {MIVORA_CALL(setCoefLOWS_A(1e3, 6, 48e3)), 2},   {MIVORA_CALL(setCoefLOWS_B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefHIGS_A(1e3, 6, 48e3)), 2},   {MIVORA_CALL(setCoefHIGS_B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefLOWS(1e3, 6, 48e3)), 2},     {MIVORA_CALL(setCoefHIGS(1e3, 6, 48e3, 0)), 2},
-    {MIVORA_CALL(setCoefLOWS_2A(1e3, 6, 48e3)), 2},  {MIVORA_CALL(setCoefLOWS_2B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefHIGS_2A(1e3, 6, 48e3)), 2},  {MIVORA_CALL(setCoefHIGS_2B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefLOWS_PM_2A(1e3, 6, 48e3)), 2}, {MIVORA_CALL(setCoefLOWS_PM_2B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefHIGS_PM_2A(1e3, 6, 48e3)), 2}, {MIVORA_CALL(setCoefHIGS_PM_2B(1e3, -6, 48e3)), 2},
-    {MIVORA_CALL(setCoefLOWS_2(1e3, 6, 48e3, 1)), 2},  {MIVORA_CALL(setCoefHIGS_2(1e3, 6, 48e3)), 2},
-    {MIVORA_CALL(setCoefLowShelf_C(48e3, 1e3, 6, 0.3, -3)), kKeepsOrder},
-    {MIVORA_CALL(setCoefHiShelf_C(48e3, 1e3, 6, 0.3, -3)), kKeepsOrder},
-    {MIVORA_CALL(setCoefLowShelf_2C(48e3, 1e3, 6, 0.3, -3)), kKeepsOrder},
-    {MIVORA_CALL(setCoefHiShelf_2C(48e3, 1e3, 6, 0.3, -3)), kKeepsOrder},
-    {MIVORA_CALL(setCoefHPF(3, 1e3, 48e3)), 3},      {MIVORA_CALL(setCoefLPF(5, 1e3, 48e3)), 5},
-    {MIVORA_CALL(setCoefHPF(1e3, 48e3)), 2},         {MIVORA_CALL(setCoefLPF(1e3, 48e3)), 2},
-    {MIVORA_CALL(setCoefHPF(0, 1e3, 48e3)), 0},      {MIVORA_CALL(setCoefLPF(-3, 1e3, 48e3)), -3},
-    {MIVORA_CALL(setCoefHPF(8, 1e3, 48e3)), 5},      {MIVORA_CALL(setCoefLPF(-4, 1e3, 48e3)), -4},
-    {MIVORA_CALL(setCoefHPFChev(3, 1e3, 1, 48e3)), 3}, {MIVORA_CALL(setCoefLPFChev(4, 1e3, 1, 48e3)), 4},
-    {MIVORA_CALL(setCoefHPFIChev(4, 1e3, 400, 48e3)), 4}, {MIVORA_CALL(setCoefLPFIChev(3, 1e3, 400, 48e3)), 3},
-    {MIVORA_CALL(setCoefHPFQfct(1e3, 0.7, 48e3)), 2}, {MIVORA_CALL(setCoefLPFQfct(1e3, 0.7, 48e3)), 2},
-    {MIVORA_CALL(setCoefBPFQfct(1e3, 2, 48e3)), 2},   {MIVORA_CALL(setCoefBPF_Q(1e3, 2, 48e3)), 2},
-    {MIVORA_CALL(setCoefBPF(1, 5e2, 2e3, 48e3)), 2},  {MIVORA_CALL(setCoefBEF(2, 5e2, 2e3, 48e3)), 4},
-    {MIVORA_CALL(setCoefBPF(3, 5e2, 2e3, 48e3)), 4},  {MIVORA_CALL(setCoefBEF(0, 5e2, 2e3, 48e3)), 0},
-    {MIVORA_CALL(setCoefBPFChev(2, 5e2, 2e3, 1, 48e3)), 4},   {MIVORA_CALL(setCoefBEFChev(1, 5e2, 2e3, 1, 48e3)), 2},
-    {MIVORA_CALL(setCoefBPFIChev(1, 5e2, 2e3, 400, 48e3)), 2}, {MIVORA_CALL(setCoefBEFIChev(2, 5e2, 2e3, 400, 48e3)), 4},
-    {MIVORA_CALL(setDcfLPF(300, 48e3)), 1},          {MIVORA_CALL(setDcfLPF(0.2)), 1},
-    {MIVORA_CALL(setDcfHPF(10, 48e3)), 1},           {MIVORA_CALL(setDcfHPF(0.01)), 1},
-    {MIVORA_CALL(setAPF1st(700, 48e3)), 2},          {MIVORA_CALL(setAPF2nd(700, 48e3)), 2},
+    D(2, setCoefPDFPQ(1e3, 48e3, 6, 1)), D(2, setCoefPDFCQ(1e3, 48e3, -6, 1)), D(2, setCoef(1e3, 48e3, 6, 1)),
+    D(2, setCoefLOWS_A(1e3, 6, 48e3)), D(2, setCoefLOWS_B(1e3, -6, 48e3)), D(2, setCoefHIGS_A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_B(1e3, -6, 48e3)), D(2, setCoefLOWS(1e3, 6, 48e3)), D(2, setCoefHIGS(1e3, 6, 48e3, 0)),
+    D(2, setCoefLOWS_2A(1e3, 6, 48e3)), D(2, setCoefLOWS_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_2A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_PM_2A(1e3, 6, 48e3)),
+    D(2, setCoefLOWS_PM_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_PM_2A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_PM_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_2(1e3, 6, 48e3, 1)), D(2, setCoefHIGS_2(1e3, 6, 48e3)),
+    D(K, setCoefLowShelf_C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_C(48e3, 1e3, 6, 0.3, -3)),
+    D(K, setCoefLowShelf_2C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_2C(48e3, 1e3, 6, 0.3, -3)),
+    D(3, setCoefHPF(3, 1e3, 48e3)), D(5, setCoefLPF(5, 1e3, 48e3)), D(2, setCoefHPF(1e3, 48e3)),
+    D(2, setCoefLPF(1e3, 48e3)), D(0, setCoefHPF(0, 1e3, 48e3)), D(-3, setCoefLPF(-3, 1e3, 48e3)),
+    D(5, setCoefHPF(8, 1e3, 48e3)), D(-4, setCoefLPF(-4, 1e3, 48e3)), D(3, setCoefHPFChev(3, 1e3, 1, 48e3)),
+    D(4, setCoefLPFChev(4, 1e3, 1, 48e3)), D(4, setCoefHPFIChev(4, 1e3, 400, 48e3)),
+    D(3, setCoefLPFIChev(3, 1e3, 400, 48e3)), D(2, setCoefHPFQfct(1e3, 0.7, 48e3)),
+    D(2, setCoefLPFQfct(1e3, 0.7, 48e3)), D(2, setCoefBPFQfct(1e3, 2, 48e3)), D(2, setCoefBPF_Q(1e3, 2, 48e3)),
+    D(2, setCoefBPF(1, 5e2, 2e3, 48e3)), D(4, setCoefBEF(2, 5e2, 2e3, 48e3)), D(4, setCoefBPF(3, 5e2, 2e3, 48e3)),
+    D(0, setCoefBEF(0, 5e2, 2e3, 48e3)), D(4, setCoefBPFChev(2, 5e2, 2e3, 1, 48e3)),
+    D(2, setCoefBEFChev(1, 5e2, 2e3, 1, 48e3)), D(2, setCoefBPFIChev(1, 5e2, 2e3, 400, 48e3)),
+    D(4, setCoefBEFIChev(2, 5e2, 2e3, 400, 48e3)), D(1, setDcfLPF(300, 48e3)), D(1, setDcfLPF(0.2)),
+    D(1, setDcfHPF(10, 48e3)), D(1, setDcfHPF(0.01)), D(2, setAPF1st(700, 48e3)), D(2, setAPF2nd(700, 48e3)),
 };
+#undef D
 
 // At the order the object holds a design keeps all state (a retune without a
 // click); at another it zeroes the second-order state and coefficients. It
@@ -169,7 +162,7 @@ TEST(Object, DesignsResetTheOrderAndWriteOnlyTheirSections) {
             IirProcess f(start);
             plant(f, 0, before.data(), kDoubles);
             d.apply(f);
-            const bool resets = d.order != kKeepsOrder;
+            const bool resets = d.order != K;
             EXPECT_EQ(f.getOrder(), resets ? d.order : start);
             std::vector<double> want = before;
             if (resets && d.order != start) std::fill(want.begin(), want.begin() + 18, 0.0);
