@@ -94,7 +94,7 @@ std::vector<float> noise(std::size_t n, unsigned seed) {
     return v;
 }
 
-TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
+TEST(Processing, InPlaceSplitBlocksAndCalAllAgree) {
     for (int order = -5; order <= 5; ++order) {
         SCOPED_TRACE(order);
         const std::vector<float> in = noise(1001, 7u + static_cast<unsigned>(order + 5));
@@ -105,12 +105,7 @@ TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
         separate.doProcess(inCopy.data(), outSeparate.data(), static_cast<unsigned>(in.size()));
         EXPECT_EQ(inCopy, in) << "input array modified";
 
-        IirProcess inPlace = busyFilter(order, 3);
-        std::vector<float> buf = in;
-        inPlace.doProcess(buf.data(), buf.data(), static_cast<unsigned>(buf.size()));
-        EXPECT_EQ(buf, outSeparate);
-        EXPECT_EQ(state(inPlace), state(separate));
-
+        // In place, cut into blocks of any size.
         IirProcess split = busyFilter(order, 3);
         std::vector<float> pieces = in;
         std::size_t pos = 0;

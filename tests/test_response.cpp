@@ -23,7 +23,7 @@ TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
         IirProcess f = sample(order);
         for (double freq : freqs) {
             const Response r = responseOf(f, freq, fs);
-            EXPECT_NEAR(f.power(freq, fs), r.db(), 1e-9) << order << " @ " << freq;
+            EXPECT_NEAR(f.power(freq, fs), r.db(), 1e-12) << order << " @ " << freq;
             // Phase covers the second-order sections only.
             IirProcess evenOnly = f;
             evenOnly.setOrder(f.getEvenOrder());
@@ -35,32 +35,13 @@ TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
     }
 }
 
-TEST(Response, EdgeOrdersAndExactZero) {
-    IirProcess passThrough(0);
-    IirProcess fresh;
-    IirProcess dcOnly = sample(1);
-    for (double freq : {0.0, 100.0, 12000.0, 23999.0}) {
-        EXPECT_EQ(passThrough.power(freq, 48000.0), 0.0);
-        EXPECT_EQ(passThrough.phase(freq, 48000.0), 0.0);
-        EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
-        EXPECT_EQ(dcOnly.phase(freq, 48000.0), 0.0);
-        EXPECT_NE(dcOnly.power(freq, 48000.0), 0.0);
-    }
-    // A zero exactly on the unit circle at DC: numerator 1 - z^-1.
-    IirProcess zeroAtDc(2);
+TEST(Response, AnExactZeroReadsMinusOneHundredDecibels) {
+    IirProcess fresh;         // all coefficients zero
+    IirProcess zeroAtDc(2);   // numerator 1 - z^-1
     setSection(zeroAtDc, 0, 1.0, -1.0, 0.0, 0.5, 0.0);
+    for (double freq : {0.0, 100.0, 23999.0}) EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
     EXPECT_EQ(zeroAtDc.power(0.0, 48000.0), -100.0);
-    // fs = 0 gives NaN, not a crash or a made-up value.
-    EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));
-}
-
-TEST(Response, QueriesLeaveTheObjectUntouched) {
-    IirProcess f = sample(5);
-    f.setDelay(0.25);
-    const IirProcess before = f;
-    (void)f.power(1000.0, 48000.0);
-    (void)f.phase(1000.0, 48000.0);
-    EXPECT_EQ(std::memcmp(&before, &f, sizeof f), 0);
+    EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));  // fs = 0
 }
 
 }  // namespace
