@@ -144,10 +144,7 @@ TEST(BandFilters, ButterworthBandEliminateSharesThePassPoles) {
     for (int n : {1, 2}) {
         const std::vector<double> p = coefs(designed(kDesigns[0], n, 700.0, 3000.0, 44100.0));
         const std::vector<double> e = coefs(designed(kDesigns[1], n, 700.0, 3000.0, 44100.0));
-        for (int i : {3, 4, 8, 9})
-            if (i < 5 * n) {
-                EXPECT_EQ(p[i], e[i]) << n << " [" << i << "]";
-            }
+        for (int k = 0; k < n; ++k) EXPECT_TRUE(p[5 * k + 3] == e[5 * k + 3] && p[5 * k + 4] == e[5 * k + 4]) << n << " " << k;
     }
 }
 

@@ -36,26 +36,20 @@ TEST(Object, OrderSplitAndClampingForEveryEntryPoint) {
     }
 }
 
-TEST(Object, ConstructionZeroesEverythingAndStoresTheAllocator) {
-    auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
-    IirProcess withAlloc(alloc), withBoth(alloc, 3), plain;
-    EXPECT_EQ(withAlloc.getMemAlloc(), alloc);
-    EXPECT_EQ(withBoth.getMemAlloc(), alloc);
-    EXPECT_EQ(plain.getMemAlloc(), nullptr);
-    EXPECT_EQ(plain.getOrder(), 2);
-    EXPECT_EQ(withAlloc.getOrder(), 2);
-    IirProcess five(5);  // order 5 reads every coefficient, first-order ones included
-    EXPECT_EQ(coefs(five), std::vector<double>(13, 0.0));
-    EXPECT_EQ(state(five), std::vector<double>(10, 0.0));
-}
-
-TEST(Object, WorksPlacedInCallerMemory) {
+// Placed in caller memory full of garbage, so that the zeroing shows.
+TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
     alignas(IirProcess) unsigned char storage[512];
-    ASSERT_LE(IirProcess::CalculateWorkSize(), sizeof storage);
-    EXPECT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
-    IirProcess* f = new (storage) IirProcess(4);
-    EXPECT_EQ(f->getOrder(), 4);
-    f->~IirProcess();
+    ASSERT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
+    ASSERT_LE(sizeof(IirProcess), sizeof storage);
+    std::memset(storage, 0xA5, sizeof storage);
+    auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
+    const IirProcess* five = new (storage) IirProcess(alloc, 5);  // order 5 reads every coefficient
+    EXPECT_EQ(five->getMemAlloc(), alloc);
+    EXPECT_EQ(coefs(*five), std::vector<double>(13, 0.0));
+    EXPECT_EQ(state(*five), std::vector<double>(10, 0.0));
+    IirProcess withAlloc(alloc), plain;
+    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2);
+    EXPECT_TRUE(plain.getMemAlloc() == nullptr && plain.getOrder() == 2);
 }
 
 TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {

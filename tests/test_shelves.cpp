@@ -99,14 +99,19 @@ TEST(Shelves, FollowTheirAnalogueShelfWithTheGainAtTheRightEnd) {
             }
 }
 
-TEST(Shelves, ZeroGainPassesTheSignalUnchanged) {
-    for (const NamedShelf& s : kShelves)
+// 0 dB (and -0 dB) passes the signal unchanged; a NaN gain or fs = 0 give NaN.
+TEST(Shelves, ZeroGainPassesTheSignalAndNanGainOrZeroRateGiveNan) {
+    for (const NamedShelf& s : kShelves) {
         for (double zero : {0.0, -0.0}) {
             IirProcess f = designed(s.design, 3000.0, zero, 44100.0);
             const std::vector<double> c = section0(f);
             EXPECT_TRUE(c[0] == 1.0 && c[1] == -c[3] && c[2] == -c[4]) << s.name << " " << zero;
             for (double x : {1.0, -0.5, 0.25, 0.0, 0.75}) EXPECT_NEAR(f.cal(x), x, 1e-12) << s.name;
         }
+        const std::vector<double> nanGain = section0(designed(s.design, 1000.0, std::nan(""), 48000.0));
+        const std::vector<double> fsZero = section0(designed(s.design, 1000.0, 6.0, 0.0));
+        EXPECT_TRUE(std::isnan(nanGain[0]) && std::isnan(nanGain[1]) && std::isnan(fsZero[0])) << s.name;
+    }
 }
 
 TEST(Shelves, SelectorsPickTheVariant) {
@@ -132,14 +137,6 @@ TEST(Shelves, SelectorsPickTheVariant) {
                 EXPECT_EQ(coefs(f), type == 1 ? b : a) << type;
             }
         }
-}
-
-TEST(Shelves, DegenerateGainOrSamplingRateGiveNan) {
-    for (const NamedShelf& s : kShelves) {
-        const std::vector<double> nanGain = section0(designed(s.design, 1000.0, std::nan(""), 48000.0));
-        const std::vector<double> fsZero = section0(designed(s.design, 1000.0, 6.0, 0.0));
-        EXPECT_TRUE(std::isnan(nanGain[0]) && std::isnan(nanGain[1]) && std::isnan(fsZero[0])) << s.name;
-    }
 }
 
 void expectLastBitsEqual(const std::vector<double>& got, const std::vector<double>& want) {
@@ -189,8 +186,8 @@ TEST(CornerShelves, FreqLandsWhereWeightAndLevelPlaceIt) {
 }
 
 // A quarter of the sampling rate (t is 1 to the last bit), A = 2 or 4: exact
-// fractions, or six decimals; then the degenerate corners at freq 0 and the
-// silent levels of the placed shelves.
+// fractions; then the degenerate corners at freq 0 and the silent levels of
+// the placed shelves.
 const double kTwo = 20.0 * std::log10(2.0), kFour = 20.0 * std::log10(4.0), kA6 = std::pow(10.0, 6.0 / 20.0);
 const Worked kWorked[] = {
     {MIVORA_CALL(setCoefLOWS_A(1000, kTwo, 4000)), {1.5, 0.5, 0, 0, 0}, 1e-12},
@@ -209,14 +206,6 @@ const Worked kWorked[] = {
     {MIVORA_CALL(setCoefLOWS_PM_2B(1000, -kFour, 4000)), {0.5625, -0.375, 0.0625, 0, 0}, 1e-12},
     {MIVORA_CALL(setCoefHIGS_PM_2A(1000, -kFour, 4000)), {4.0 / 9, 0, 0, 2.0 / 3, -1.0 / 9}, 1e-12},
     {MIVORA_CALL(setCoefHIGS_PM_2B(1000, -kFour, 4000)), {0.5625, 0.375, 0.0625, 0, 0}, 1e-12},
-    {MIVORA_CALL(setCoefLOWS_2A(1000, kFour, 4000)), {2.292893, 1.757359, 0.636039, 0, -0.171573}, 1e-6},
-    {MIVORA_CALL(setCoefLOWS_2B(1000, kFour, 4000)), {1.744521, 0, 0.299312, 0.766437, -0.277396}, 1e-6},
-    {MIVORA_CALL(setCoefHIGS_2A(1000, kFour, 4000)), {2.292893, -1.757359, 0.636039, 0, -0.171573}, 1e-6},
-    {MIVORA_CALL(setCoefHIGS_2B(1000, kFour, 4000)), {1.744521, 0, 0.299312, -0.766437, -0.277396}, 1e-6},
-    {MIVORA_CALL(setCoefLOWS_2A(1000, -kFour, 4000)), {0.436130, 0, 0.074828, -0.766437, -0.277396}, 1e-6},
-    {MIVORA_CALL(setCoefLOWS_2B(1000, -kFour, 4000)), {0.573223, -0.439340, 0.159010, 0, -0.171573}, 1e-6},
-    {MIVORA_CALL(setCoefHIGS_2A(1000, -kFour, 4000)), {0.436130, 0, 0.074828, 0.766437, -0.277396}, 1e-6},
-    {MIVORA_CALL(setCoefHIGS_2B(1000, -kFour, 4000)), {0.573223, 0.439340, 0.159010, 0, -0.171573}, 1e-6},
     {MIVORA_CALL(setCoefLowShelf_C(4000, 1000, kFour, 0.5, 0)), {2, 2.0 / 3, 0, 1.0 / 3, 0}, 1e-12},
     {MIVORA_CALL(setCoefLowShelf_C(4000, 1000, -kFour, 0.5, 0)), {0.5, -1.0 / 6, 0, -1.0 / 3, 0}, 1e-12},
     {MIVORA_CALL(setCoefHiShelf_C(4000, 1000, kFour, 0.5, 0)), {2, -2.0 / 3, 0, -1.0 / 3, 0}, 1e-12},
