@@ -51,15 +51,9 @@ TEST(DcFilters, CoefficientFormAndGainAtDcAndHalfTheSamplingRate) {
             IirProcess f;
             (f.*d.byAlpha)(alpha);
             EXPECT_EQ(firstOrder(f), d.expected(alpha));
-            if (d.passesDc) {
-                EXPECT_NEAR(f.power(0.0, fs), 0.0, 1e-9);
-            } else {
-                EXPECT_EQ(f.power(0.0, fs), -100.0);  // the zero at DC is exact
-            }
-            const double nyquistDb = 20.0 * std::log10(d.nyquistGain(alpha));
-            EXPECT_NEAR(f.power(fs / 2, fs), nyquistDb, 1e-9);
-            EXPECT_NEAR(responseOf(f, fs / 2, fs).db(), nyquistDb, 1e-9);
-            EXPECT_EQ(f.phase(1000.0, fs), 0.0);  // order 1 has no second-order section
+            // The DC cut's zero at DC is exact.
+            EXPECT_NEAR(f.power(0.0, fs), d.passesDc ? 0.0 : -100.0, d.passesDc ? 1e-9 : 0.0);
+            EXPECT_NEAR(f.power(fs / 2, fs), 20.0 * std::log10(d.nyquistGain(alpha)), 1e-9);
         }
 }
 
