@@ -14,13 +14,7 @@ using namespace mivora_test;
 namespace {
 
 // Coefficients 1..5 in section 0, 6..10 in section 1, 11..13 first-order.
-IirProcess marked(int order) {
-    IirProcess f(order);
-    setSection(f, 0, 1, 2, 3, 4, 5);
-    setSection(f, 1, 6, 7, 8, 9, 10);
-    setFirstOrder(f, 11, 12, 13);
-    return f;
-}
+IirProcess marked(int order) { return holding(order, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}); }
 
 TEST(Object, OrderSplitAndClampingForEveryEntryPoint) {
     const int cases[][4] = {  // requested, order, even, odd

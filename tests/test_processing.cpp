@@ -11,13 +11,7 @@ using namespace mivora_test;
 namespace {
 
 // Distinct pure gains per stage make the output name the stages that ran.
-IirProcess gainStages(int order) {
-    IirProcess f(order);
-    setSection(f, 0, 2, 0, 0, 0, 0);
-    setSection(f, 1, 3, 0, 0, 0, 0);
-    setFirstOrder(f, 5, 0, 0);
-    return f;
-}
+IirProcess gainStages(int order) { return holding(order, {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 5, 0, 0}); }
 
 // doProcess runs the same stages: it matches cal at every order below.
 TEST(Processing, StagesThatRunFollowTheOrder) {
@@ -52,10 +46,9 @@ TEST(Processing, FreshObjectOutputsSilenceButRecordsInputsAndZeroCountTouchesNot
 IirProcess busyFilter(int order, unsigned seed) {
     std::mt19937 rng(seed);
     std::uniform_real_distribution<double> u(-0.4, 0.4);
-    IirProcess f(order);
-    setSection(f, 0, 1 + u(rng), u(rng), u(rng), 1.2 + u(rng) * 0.1, -0.7 + u(rng) * 0.1);
-    setSection(f, 1, 0.5 + u(rng), u(rng), u(rng), 0.9 + u(rng) * 0.1, -0.5 + u(rng) * 0.1);
-    setFirstOrder(f, 0.8 + u(rng), u(rng), 0.6 + u(rng) * 0.1);
+    IirProcess f = holding(order, {1 + u(rng), u(rng), u(rng), 1.2 + u(rng) * 0.1, -0.7 + u(rng) * 0.1,
+                                   0.5 + u(rng), u(rng), u(rng), 0.9 + u(rng) * 0.1, -0.5 + u(rng) * 0.1,
+                                   0.8 + u(rng), u(rng), 0.6 + u(rng) * 0.1});
     f.setDelay(0.01);
     return f;
 }
@@ -138,8 +131,7 @@ TEST(Processing, NonFiniteSamplesStayUntilTheStateIsReplaced) {
     f.clearDelay();
     EXPECT_EQ(f.cal(0.0), 0.0);
     // Beyond the float range becomes an infinity in the output block.
-    IirProcess big(2);
-    setSection(big, 0, 1e300, 0, 0, 0, 0);
+    IirProcess big = holding(2, {1e300});
     float x = 1.0f;
     big.doProcess(&x, &x, 1);
     EXPECT_TRUE(std::isinf(x));

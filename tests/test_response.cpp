@@ -7,13 +7,7 @@ using namespace mivora_test;
 
 namespace {
 
-IirProcess sample(int order) {
-    IirProcess f(order);
-    setSection(f, 0, 0.3, -0.2, 0.1, 1.1, -0.5);
-    setSection(f, 1, 0.7, 0.4, -0.2, -0.3, -0.2);
-    setFirstOrder(f, 0.6, 0.3, 0.4);
-    return f;
-}
+IirProcess sample(int order) { return holding(order, {0.3, -0.2, 0.1, 1.1, -0.5, 0.7, 0.4, -0.2, -0.3, -0.2, 0.6, 0.3, 0.4}); }
 
 TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
     const double fs = 48000.0;
@@ -36,9 +30,8 @@ TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
 }
 
 TEST(Response, AnExactZeroReadsMinusOneHundredDecibels) {
-    IirProcess fresh;         // all coefficients zero
-    IirProcess zeroAtDc(2);   // numerator 1 - z^-1
-    setSection(zeroAtDc, 0, 1.0, -1.0, 0.0, 0.5, 0.0);
+    IirProcess fresh;  // all coefficients zero
+    IirProcess zeroAtDc = holding(2, {1.0, -1.0, 0.0, 0.5, 0.0});  // numerator 1 - z^-1
     for (double freq : {0.0, 100.0, 23999.0}) EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
     EXPECT_EQ(zeroAtDc.power(0.0, 48000.0), -100.0);
     EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));  // fs = 0

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <mivora/IirProcess.h>
 
+#include <array>
 #include <cmath>
 #include <complex>
 #include <cstring>
@@ -32,13 +33,13 @@ inline std::vector<double> raw(const IirProcess& f) {
     std::memcpy(v.data(), &f, kDoubles * sizeof(double));
     return v;
 }
-inline void setSection(IirProcess& f, int k, double b0, double b1, double b2, double a1, double a2) {
-    const double c[5] = {b0, b1, b2, a1, a2};
-    plant(f, kCoefOffset + 5 * static_cast<std::size_t>(k), c, 5);
-}
-inline void setFirstOrder(IirProcess& f, double b0, double b1, double a1) {
-    const double c[3] = {b0, b1, a1};
-    plant(f, kCoef1stOffset, c, 3);
+// An object of the order given holding section 0, section 1 and the
+// first-order section as getCoef lays them out at order 5; the rest zero.
+inline IirProcess holding(int order, const std::array<double, 13>& c) {
+    IirProcess f(order);
+    plant(f, kCoefOffset, c.data(), 10);
+    plant(f, kCoef1stOffset, c.data() + 10, 3);
+    return f;
 }
 inline std::vector<double> state(const IirProcess& f) {
     std::vector<double> s(10);
