@@ -24,15 +24,22 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "operation_table.hpp"
-#include "test_support.hpp"
 
 namespace {
 
 using mivora_test::Block;
 using mivora_test::IirProcess;
+
+// The object's doubles come first, in declaration order: delay[8], coef[10],
+// delay1st[2], coef1st[3]. Its bytes may be copied out because it is
+// trivially copyable.
+static_assert(std::is_trivially_copyable_v<IirProcess> && std::is_standard_layout_v<IirProcess>);
+constexpr std::size_t kDelayOffset = 0, kCoefOffset = 8, kDelay1stOffset = 18, kCoef1stOffset = 20, kDoubles = 23;
+static_assert(sizeof(IirProcess) >= kDoubles * sizeof(double));
 
 [[noreturn]] void fail(const char* operation, const char* what) {
     std::fprintf(stderr, "mivora_fuzz_api: after %s: %s\n", operation, what);
@@ -229,7 +236,6 @@ constexpr std::size_t kOperationCount = mivora_test::kOperationCount<ByteDriver>
 // The object's observable parts: its 23 doubles (state and coefficients, in
 // the layout the tests rely on), the order fields and the allocator.
 struct Snapshot {
-    static constexpr std::size_t kDoubles = mivora_test::kCoef1stOffset + 3;
     unsigned char doubles[kDoubles * sizeof(double)];
     int order, evenOrder, oddOrder;
     const Mivora::VqMemAlloc* alloc;
@@ -245,7 +251,7 @@ struct Snapshot {
 };
 
 void checkRegions(const Snapshot& before, const Snapshot& after, const Operation& op) {
-    using namespace mivora_test;
+    using namespace mivora_test;  // the Region names
     struct Part {
         unsigned region;
         std::size_t first, count;
