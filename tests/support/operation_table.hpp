@@ -3,9 +3,9 @@
 // environment, threads and the fuzz target.
 //
 // A row fetches its arguments from a driver D (fuzz bytes, or a fixed set of
-// meaningful values) in a fixed order, makes the call, and hands results back
-// to the driver. Calls go through `call`, which accepts only noexcept
-// operations: a public operation that loses noexcept stops this from compiling.
+// meaningful values) in the order of the call, makes the call, and hands
+// results back to the driver. Every call is checked to be noexcept at compile
+// time: a public operation that loses noexcept stops this from compiling.
 //
 // The driver provides, each returning the next value of its kind:
 //   double freq() fs() gainDb() q() ripple() stopLevel() weight() levelDb()
@@ -26,6 +26,7 @@
 #include <mivora/IirProcess.h>
 
 #include <new>
+#include <tuple>
 #include <type_traits>
 
 namespace mivora_test {
@@ -55,6 +56,7 @@ enum class Kind { Construct, State, Process, Design, Query, Transform };
 // coefficients with it; the first-order state is never a design's to touch.
 inline constexpr unsigned kSectionDesign = kOrderFields | kState2 | kCoef2;
 inline constexpr unsigned kOddDesign = kSectionDesign | kCoef1;
+inline constexpr unsigned kStates = kState2 | kState1;
 
 template <class D>
 struct Operation {
@@ -64,22 +66,6 @@ struct Operation {
     void (*run)(IirProcess&, D&);
 };
 
-// ---- noexcept-only call helpers -------------------------------------------
-// R defaults to void so that an overloaded name resolves from the arguments.
-
-template <class R = void, class... P>
-R call(IirProcess& f, R (IirProcess::*m)(P...) noexcept, P... args) noexcept {
-    return (f.*m)(args...);
-}
-template <class R = void, class... P>
-R call(const IirProcess& f, R (IirProcess::*m)(P...) const noexcept, P... args) noexcept {
-    return (f.*m)(args...);
-}
-template <class R = void, class... P>
-R call(R (*fn)(P...) noexcept, P... args) noexcept {
-    return fn(args...);
-}
-
 template <class... A>
 void reconstruct(IirProcess& f, A... args) noexcept {
     static_assert(std::is_nothrow_constructible_v<IirProcess, A...>);
@@ -88,85 +74,37 @@ void reconstruct(IirProcess& f, A... args) noexcept {
     ::new (static_cast<void*>(&f)) IirProcess(args...);
 }
 
-// Designs with the argument pattern of their family. Each helper fetches the
-// arguments in the order of the call.
-template <class D>
-void designFreqFsGainQ(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double, double) noexcept) {
-    const double freq = d.freq(), fs = d.fs(), gain = d.gainDb(), q = d.q();
-    call(f, m, freq, fs, gain, q);
-}
-template <class D>
-void designShelf(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double) noexcept) {
-    const double freq = d.freq(), gain = d.gainDb(), fs = d.fs();
-    call(f, m, freq, gain, fs);
-}
-template <class D>
-void designTypedShelf(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double, short) noexcept) {
-    const double freq = d.freq(), gain = d.gainDb(), fs = d.fs();
-    const short type = d.type();
-    call(f, m, freq, gain, fs, type);
-}
-template <class D>
-void designFreqFs(IirProcess& f, D& d, void (IirProcess::*m)(double, double) noexcept) {
-    const double freq = d.freq(), fs = d.fs();
-    call(f, m, freq, fs);
-}
-template <class D>
-void designAlpha(IirProcess& f, D& d, void (IirProcess::*m)(double) noexcept) {
-    call(f, m, d.alpha());
-}
-template <class D>
-void designCornerShelf(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double, double, double) noexcept) {
-    const double fs = d.fs(), freq = d.freq(), gain = d.gainDb(), weight = d.weight(), level = d.levelDb();
-    call(f, m, fs, freq, gain, weight, level);
-}
-template <class D>
-void designFreqQFs(IirProcess& f, D& d, void (IirProcess::*m)(double, double, double) noexcept) {
-    const double freq = d.freq(), q = d.q(), fs = d.fs();
-    call(f, m, freq, q, fs);
-}
-template <class D>
-void designCut(IirProcess& f, D& d, void (IirProcess::*m)(int, double, double) noexcept) {
-    const int order = d.order();
-    const double freq = d.freq(), fs = d.fs();
-    call(f, m, order, freq, fs);
-}
-// Chebyshev (shape: ripple) and inverse Chebyshev (shape: stopLevel) cuts.
-template <class D>
-void designShapedCut(IirProcess& f, D& d, double (D::*shape)(),
-                     void (IirProcess::*m)(int, double, double, double) noexcept) {
-    const int order = d.order();
-    const double freq = d.freq(), s = (d.*shape)(), fs = d.fs();
-    call(f, m, order, freq, s, fs);
-}
-template <class D>
-void designBand(IirProcess& f, D& d, void (IirProcess::*m)(int, double, double, double) noexcept) {
-    const int proto = d.protoOrder();
-    const double low = d.bandLow(), high = d.bandHigh(), fs = d.fs();
-    call(f, m, proto, low, high, fs);
-}
-template <class D>
-void designShapedBand(IirProcess& f, D& d, double (D::*shape)(),
-                      void (IirProcess::*m)(int, double, double, double, double) noexcept) {
-    const int proto = d.protoOrder();
-    const double low = d.bandLow(), high = d.bandHigh(), s = (d.*shape)(), fs = d.fs();
-    call(f, m, proto, low, high, s, fs);
-}
-// Section transforms: analogue section in, five coefficients out.
-template <class D>
-void transform(D& d, void (*fn)(double, double, double*) noexcept) {
-    const double lin = d.lin(), cst = d.cst();
-    double* out = d.outArray();
-    call(fn, lin, cst, out);
-    d.written(out, 5);
-}
-template <class D>
-void transformWithZero(D& d, void (*fn)(double, double, double, double*) noexcept) {
-    const double lin = d.lin(), cst = d.cst(), zero = d.zero();
-    double* out = d.outArray();
-    call(fn, lin, cst, zero, out);
-    d.written(out, 5);
-}
+// A row calling f.method with the listed driver values, fetched left to right
+// (a braced list guarantees the order); a returned value goes to d.result.
+#define MIVORA_OP(name, kind, mayChange, method, ...)                                   \
+    {name, Kind::kind, mayChange, [](IirProcess& f, [[maybe_unused]] D& d) {           \
+         std::apply(                                                                    \
+             [&](auto... a) {                                                           \
+                 static_assert(noexcept(f.method(a...)), #method " must be noexcept");  \
+                 if constexpr (std::is_void_v<decltype(f.method(a...))>)                \
+                     f.method(a...);                                                    \
+                 else                                                                   \
+                     d.result(static_cast<double>(f.method(a...)));                     \
+             },                                                                         \
+             std::tuple{__VA_ARGS__});                                                  \
+     }}
+// A section transform: the listed values, then an array that gets n values.
+#define MIVORA_TRANSFORM(method, n, ...)                                                \
+    {#method, Kind::Transform, 0, [](IirProcess&, D& d) {                               \
+         std::apply(                                                                    \
+             [&](auto... a) {                                                           \
+                 double* out = d.outArray();                                            \
+                 static_assert(noexcept(IirProcess::method(a..., out)));                \
+                 IirProcess::method(a..., out);                                         \
+                 d.written(out, n);                                                     \
+             },                                                                         \
+             std::tuple{__VA_ARGS__});                                                  \
+     }}
+#define MIVORA_SHELF(method) MIVORA_OP(#method, Design, kSectionDesign, method, d.freq(), d.gainDb(), d.fs())
+#define MIVORA_TYPED_SHELF(method) \
+    MIVORA_OP(#method "(type)", Design, kSectionDesign, method, d.freq(), d.gainDb(), d.fs(), d.type())
+#define MIVORA_CORNER_SHELF(method) \
+    MIVORA_OP(#method, Design, kCoef2, method, d.fs(), d.freq(), d.gainDb(), d.weight(), d.levelDb())
 
 template <class D>
 inline constexpr Operation<D> kOperations[] = {
@@ -179,181 +117,136 @@ inline constexpr Operation<D> kOperations[] = {
          Mivora::VqMemAlloc* alloc = d.alloc();
          reconstruct(f, alloc, d.order());
      }},
-    {"CalculateWorkSize", Kind::Query, 0,
-     [](IirProcess&, D& d) { d.result(static_cast<double>(call(&IirProcess::CalculateWorkSize))); }},
-    {"setOrder", Kind::State, kOrderFields, [](IirProcess& f, D& d) { call(f, &IirProcess::setOrder, d.order()); }},
-    {"clear", Kind::State, kState2 | kCoef2, [](IirProcess& f, D&) { call(f, &IirProcess::clear); }},
-    {"clearDelay", Kind::State, kState2 | kState1, [](IirProcess& f, D&) { call(f, &IirProcess::clearDelay); }},
-    {"setDelay", Kind::State, kState2 | kState1, [](IirProcess& f, D& d) { call(f, &IirProcess::setDelay, d.value()); }},
+    MIVORA_OP("CalculateWorkSize", Query, 0, CalculateWorkSize, ),
+    MIVORA_OP("setOrder", State, kOrderFields, setOrder, d.order()),
+    MIVORA_OP("clear", State, kState2 | kCoef2, clear, ),
+    MIVORA_OP("clearDelay", State, kStates, clearDelay, ),
+    MIVORA_OP("setDelay", State, kStates, setDelay, d.value()),
     {"getCoef", Kind::Query, 0,
      [](IirProcess& f, D& d) {
          double* out = d.outArray();
-         call(f, &IirProcess::getCoef, out);
+         static_assert(noexcept(f.getCoef(out)));
+         f.getCoef(out);
          d.coefficientsRead(f, out);
      }},
     {"getDelay", Kind::Query, 0,
      [](IirProcess& f, D& d) {
          double* out = d.outArray();
-         call(f, &IirProcess::getDelay, out);
+         static_assert(noexcept(f.getDelay(out)));
+         f.getDelay(out);
          d.written(out, 10);
      }},
     {"order getters", Kind::Query, 0,
      [](IirProcess& f, D& d) {
-         d.result(call<int>(f, &IirProcess::getOrder));
-         d.result(call<int>(f, &IirProcess::getEvenOrder));
-         d.result(call<int>(f, &IirProcess::getOddOrder));
-         d.result(call<Mivora::VqMemAlloc*>(f, &IirProcess::getMemAlloc) == nullptr ? 0.0 : 1.0);
+         static_assert(noexcept(f.getOrder()) && noexcept(f.getEvenOrder()) && noexcept(f.getOddOrder()) &&
+                       noexcept(f.getMemAlloc()));
+         d.result(f.getOrder());
+         d.result(f.getEvenOrder());
+         d.result(f.getOddOrder());
+         d.result(f.getMemAlloc() == nullptr ? 0.0 : 1.0);
      }},
 
     // ---- processing ----
-    {"doProcess", Kind::Process, kState2 | kState1,
+    {"doProcess", Kind::Process, kStates,
      [](IirProcess& f, D& d) {
          const Block b = d.block();
-         call(f, &IirProcess::doProcess, b.in, b.out, b.count);
+         static_assert(noexcept(f.doProcess(b.in, b.out, b.count)));
+         f.doProcess(b.in, b.out, b.count);
          d.processed(b);
      }},
-    {"cal(double)", Kind::Process, kState2 | kState1,
-     [](IirProcess& f, D& d) { d.result(call<double>(f, &IirProcess::cal, d.sample())); }},
-    {"cal(int)", Kind::Process, kState2 | kState1,
-     [](IirProcess& f, D& d) { d.result(call<double>(f, &IirProcess::cal, d.intSample())); }},
-    {"cal(order, double)", Kind::Process, kState2 | kState1,
-     [](IirProcess& f, D& d) {
-         const int order = d.order();
-         d.result(call<double>(f, &IirProcess::cal, order, d.sample()));
-     }},
+    MIVORA_OP("cal(double)", Process, kStates, cal, d.sample()),
+    MIVORA_OP("cal(int)", Process, kStates, cal, d.intSample()),
+    MIVORA_OP("cal(order, double)", Process, kStates, cal, d.order(), d.sample()),
 
     // ---- peaking ----
-    {"setCoefPDFPQ", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqFsGainQ(f, d, &IirProcess::setCoefPDFPQ); }},
-    {"setCoefPDFCQ", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqFsGainQ(f, d, &IirProcess::setCoefPDFCQ); }},
-    {"setCoef", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqFsGainQ(f, d, &IirProcess::setCoef); }},
+    MIVORA_OP("setCoefPDFPQ", Design, kSectionDesign, setCoefPDFPQ, d.freq(), d.fs(), d.gainDb(), d.q()),
+    MIVORA_OP("setCoefPDFCQ", Design, kSectionDesign, setCoefPDFCQ, d.freq(), d.fs(), d.gainDb(), d.q()),
+    MIVORA_OP("setCoef", Design, kSectionDesign, setCoef, d.freq(), d.fs(), d.gainDb(), d.q()),
 
     // ---- first-order shelves ----
-    {"setCoefLOWS_A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_A); }},
-    {"setCoefLOWS_B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_B); }},
-    {"setCoefLOWS", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS); }},
-    {"setCoefLOWS(type)", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefLOWS); }},
-    {"setCoefHIGS_A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_A); }},
-    {"setCoefHIGS_B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_B); }},
-    {"setCoefHIGS", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS); }},
-    {"setCoefHIGS(type)", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefHIGS); }},
+    MIVORA_SHELF(setCoefLOWS_A), MIVORA_SHELF(setCoefLOWS_B), MIVORA_SHELF(setCoefLOWS),
+    MIVORA_TYPED_SHELF(setCoefLOWS),
+    MIVORA_SHELF(setCoefHIGS_A), MIVORA_SHELF(setCoefHIGS_B), MIVORA_SHELF(setCoefHIGS),
+    MIVORA_TYPED_SHELF(setCoefHIGS),
 
     // ---- second-order shelves ----
-    {"setCoefLOWS_2A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2A); }},
-    {"setCoefLOWS_2B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2B); }},
-    {"setCoefLOWS_PM_2A", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_PM_2A); }},
-    {"setCoefLOWS_PM_2B", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_PM_2B); }},
-    {"setCoefHIGS_2A", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2A); }},
-    {"setCoefHIGS_2B", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2B); }},
-    {"setCoefHIGS_PM_2A", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_PM_2A); }},
-    {"setCoefHIGS_PM_2B", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_PM_2B); }},
-    {"setCoefLOWS_2", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefLOWS_2); }},
-    {"setCoefLOWS_2(type)", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefLOWS_2); }},
-    {"setCoefHIGS_2", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designShelf(f, d, &IirProcess::setCoefHIGS_2); }},
-    {"setCoefHIGS_2(type)", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designTypedShelf(f, d, &IirProcess::setCoefHIGS_2); }},
+    MIVORA_SHELF(setCoefLOWS_2A), MIVORA_SHELF(setCoefLOWS_2B), MIVORA_SHELF(setCoefLOWS_PM_2A),
+    MIVORA_SHELF(setCoefLOWS_PM_2B), MIVORA_SHELF(setCoefHIGS_2A), MIVORA_SHELF(setCoefHIGS_2B),
+    MIVORA_SHELF(setCoefHIGS_PM_2A), MIVORA_SHELF(setCoefHIGS_PM_2B), MIVORA_SHELF(setCoefLOWS_2),
+    MIVORA_TYPED_SHELF(setCoefLOWS_2), MIVORA_SHELF(setCoefHIGS_2), MIVORA_TYPED_SHELF(setCoefHIGS_2),
 
     // ---- shelves with corner placement: section 0's coefficients only ----
-    {"setCoefLowShelf_C", Kind::Design, kCoef2,
-     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefLowShelf_C); }},
-    {"setCoefHiShelf_C", Kind::Design, kCoef2,
-     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefHiShelf_C); }},
-    {"setCoefLowShelf_2C", Kind::Design, kCoef2,
-     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefLowShelf_2C); }},
-    {"setCoefHiShelf_2C", Kind::Design, kCoef2,
-     [](IirProcess& f, D& d) { designCornerShelf(f, d, &IirProcess::setCoefHiShelf_2C); }},
+    MIVORA_CORNER_SHELF(setCoefLowShelf_C), MIVORA_CORNER_SHELF(setCoefHiShelf_C),
+    MIVORA_CORNER_SHELF(setCoefLowShelf_2C), MIVORA_CORNER_SHELF(setCoefHiShelf_2C),
 
     // ---- cut filters ----
-    {"setCoefHPF(order)", Kind::Design, kOddDesign, [](IirProcess& f, D& d) { designCut(f, d, &IirProcess::setCoefHPF); }},
-    {"setCoefLPF(order)", Kind::Design, kOddDesign, [](IirProcess& f, D& d) { designCut(f, d, &IirProcess::setCoefLPF); }},
-    {"setCoefHPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setCoefHPF); }},
-    {"setCoefLPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setCoefLPF); }},
-    {"setCoefHPFChev", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::ripple, &IirProcess::setCoefHPFChev); }},
-    {"setCoefLPFChev", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::ripple, &IirProcess::setCoefLPFChev); }},
-    {"setCoefHPFIChev", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::stopLevel, &IirProcess::setCoefHPFIChev); }},
-    {"setCoefLPFIChev", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designShapedCut(f, d, &D::stopLevel, &IirProcess::setCoefLPFIChev); }},
-    {"setCoefHPFQfct", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefHPFQfct); }},
-    {"setCoefLPFQfct", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefLPFQfct); }},
+    MIVORA_OP("setCoefHPF(order)", Design, kOddDesign, setCoefHPF, d.order(), d.freq(), d.fs()),
+    MIVORA_OP("setCoefLPF(order)", Design, kOddDesign, setCoefLPF, d.order(), d.freq(), d.fs()),
+    MIVORA_OP("setCoefHPF", Design, kSectionDesign, setCoefHPF, d.freq(), d.fs()),
+    MIVORA_OP("setCoefLPF", Design, kSectionDesign, setCoefLPF, d.freq(), d.fs()),
+    MIVORA_OP("setCoefHPFChev", Design, kOddDesign, setCoefHPFChev, d.order(), d.freq(), d.ripple(), d.fs()),
+    MIVORA_OP("setCoefLPFChev", Design, kOddDesign, setCoefLPFChev, d.order(), d.freq(), d.ripple(), d.fs()),
+    MIVORA_OP("setCoefHPFIChev", Design, kOddDesign, setCoefHPFIChev, d.order(), d.freq(), d.stopLevel(), d.fs()),
+    MIVORA_OP("setCoefLPFIChev", Design, kOddDesign, setCoefLPFIChev, d.order(), d.freq(), d.stopLevel(), d.fs()),
+    MIVORA_OP("setCoefHPFQfct", Design, kSectionDesign, setCoefHPFQfct, d.freq(), d.q(), d.fs()),
+    MIVORA_OP("setCoefLPFQfct", Design, kSectionDesign, setCoefLPFQfct, d.freq(), d.q(), d.fs()),
 
     // ---- band filters ----
-    {"setCoefBPFQfct", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefBPFQfct); }},
-    {"setCoefBPF_Q", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designFreqQFs(f, d, &IirProcess::setCoefBPF_Q); }},
-    {"setCoefBPF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designBand(f, d, &IirProcess::setCoefBPF); }},
-    {"setCoefBEF", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designBand(f, d, &IirProcess::setCoefBEF); }},
-    {"setCoefBPFChev", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::ripple, &IirProcess::setCoefBPFChev); }},
-    {"setCoefBEFChev", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::ripple, &IirProcess::setCoefBEFChev); }},
-    {"setCoefBPFIChev", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::stopLevel, &IirProcess::setCoefBPFIChev); }},
-    {"setCoefBEFIChev", Kind::Design, kSectionDesign,
-     [](IirProcess& f, D& d) { designShapedBand(f, d, &D::stopLevel, &IirProcess::setCoefBEFIChev); }},
+    MIVORA_OP("setCoefBPFQfct", Design, kSectionDesign, setCoefBPFQfct, d.freq(), d.q(), d.fs()),
+    MIVORA_OP("setCoefBPF_Q", Design, kSectionDesign, setCoefBPF_Q, d.freq(), d.q(), d.fs()),
+    MIVORA_OP("setCoefBPF", Design, kSectionDesign, setCoefBPF, d.protoOrder(), d.bandLow(), d.bandHigh(), d.fs()),
+    MIVORA_OP("setCoefBEF", Design, kSectionDesign, setCoefBEF, d.protoOrder(), d.bandLow(), d.bandHigh(), d.fs()),
+    MIVORA_OP("setCoefBPFChev", Design, kSectionDesign, setCoefBPFChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
+              d.ripple(), d.fs()),
+    MIVORA_OP("setCoefBEFChev", Design, kSectionDesign, setCoefBEFChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
+              d.ripple(), d.fs()),
+    MIVORA_OP("setCoefBPFIChev", Design, kSectionDesign, setCoefBPFIChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
+              d.stopLevel(), d.fs()),
+    MIVORA_OP("setCoefBEFIChev", Design, kSectionDesign, setCoefBEFIChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
+              d.stopLevel(), d.fs()),
 
     // ---- DC filters and all-pass sections ----
-    {"setDcfLPF(freq, fs)", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setDcfLPF); }},
-    {"setDcfLPF(alpha)", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designAlpha(f, d, &IirProcess::setDcfLPF); }},
-    {"setDcfHPF(freq, fs)", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setDcfHPF); }},
-    {"setDcfHPF(alpha)", Kind::Design, kOddDesign,
-     [](IirProcess& f, D& d) { designAlpha(f, d, &IirProcess::setDcfHPF); }},
-    {"setAPF1st", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setAPF1st); }},
-    {"setAPF2nd", Kind::Design, kSectionDesign, [](IirProcess& f, D& d) { designFreqFs(f, d, &IirProcess::setAPF2nd); }},
+    MIVORA_OP("setDcfLPF(freq, fs)", Design, kOddDesign, setDcfLPF, d.freq(), d.fs()),
+    MIVORA_OP("setDcfLPF(alpha)", Design, kOddDesign, setDcfLPF, d.alpha()),
+    MIVORA_OP("setDcfHPF(freq, fs)", Design, kOddDesign, setDcfHPF, d.freq(), d.fs()),
+    MIVORA_OP("setDcfHPF(alpha)", Design, kOddDesign, setDcfHPF, d.alpha()),
+    MIVORA_OP("setAPF1st", Design, kSectionDesign, setAPF1st, d.freq(), d.fs()),
+    MIVORA_OP("setAPF2nd", Design, kSectionDesign, setAPF2nd, d.freq(), d.fs()),
 
     // ---- response ----
-    {"power", Kind::Query, 0,
-     [](IirProcess& f, D& d) {
-         const double freq = d.freq(), fs = d.fs();
-         d.result(call(f, &IirProcess::power, freq, fs));
-     }},
-    {"phase", Kind::Query, 0,
-     [](IirProcess& f, D& d) {
-         const double freq = d.freq(), fs = d.fs();
-         d.result(call(f, &IirProcess::phase, freq, fs));
-     }},
+    MIVORA_OP("power", Query, 0, power, d.freq(), d.fs()),
+    MIVORA_OP("phase", Query, 0, phase, d.freq(), d.fs()),
 
     // ---- section transforms: nothing of the object ----
-    {"HpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::HpfCoefToZet); }},
-    {"LpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::LpfCoefToZet); }},
-    {"BpfCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transform(d, &IirProcess::BpfCoefToZet); }},
-    {"IChevHpfCoefToZet", Kind::Transform, 0,
-     [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::IChevHpfCoefToZet); }},
-    {"IChevLpfCoefToZet", Kind::Transform, 0,
-     [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::IChevLpfCoefToZet); }},
-    {"BefCoefToZet", Kind::Transform, 0, [](IirProcess&, D& d) { transformWithZero(d, &IirProcess::BefCoefToZet); }},
+    MIVORA_TRANSFORM(HpfCoefToZet, 5, d.lin(), d.cst()),
+    MIVORA_TRANSFORM(LpfCoefToZet, 5, d.lin(), d.cst()),
+    MIVORA_TRANSFORM(BpfCoefToZet, 5, d.lin(), d.cst()),
+    MIVORA_TRANSFORM(IChevHpfCoefToZet, 5, d.lin(), d.cst(), d.zero()),
+    MIVORA_TRANSFORM(IChevLpfCoefToZet, 5, d.lin(), d.cst(), d.zero()),
+    MIVORA_TRANSFORM(BefCoefToZet, 5, d.lin(), d.cst(), d.zero()),
     {"BpfCoefTrans", Kind::Transform, 0,
      [](IirProcess&, D& d) {
          const double lin = d.lin(), cst = d.cst(), wLow = d.warped(), wHigh = d.warped();
          double* out = d.outArray();
-         call(&IirProcess::BpfCoefTrans, lin, cst, wLow, wHigh, out, out + 1, out + 2, out + 3);
+         static_assert(noexcept(IirProcess::BpfCoefTrans(lin, cst, wLow, wHigh, out, out, out, out)));
+         IirProcess::BpfCoefTrans(lin, cst, wLow, wHigh, out, out + 1, out + 2, out + 3);
          d.written(out, 4);
      }},
     {"BuboCoefTrans", Kind::Transform, 0,
      [](IirProcess&, D& d) {
          const double wLow = d.warped(), wHigh = d.warped(), zero = d.zero();
          double* out = d.outArray();
-         call(&IirProcess::BuboCoefTrans, wLow, wHigh, zero, out, out + 1);
+         static_assert(noexcept(IirProcess::BuboCoefTrans(wLow, wHigh, zero, out, out)));
+         IirProcess::BuboCoefTrans(wLow, wHigh, zero, out, out + 1);
          d.written(out, 2);
      }},
 };
+
+#undef MIVORA_OP
+#undef MIVORA_TRANSFORM
+#undef MIVORA_SHELF
+#undef MIVORA_TYPED_SHELF
+#undef MIVORA_CORNER_SHELF
 
 template <class D>
 inline constexpr std::size_t kOperationCount = sizeof(kOperations<D>) / sizeof(kOperations<D>[0]);
