@@ -7,6 +7,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config libcli11-dev libsndfile1-dev)
+# Also needed by the reliability checks CI runs (scripts/ci_checks.sh):
+# clang with its sanitizer and libFuzzer runtimes, clang-tidy, cppcheck.
+CHECK_PACKAGES=(clang libclang-rt-14-dev clang-tidy cppcheck)
 
 install_missing() {
     local missing=()
@@ -22,6 +25,9 @@ install_missing() {
 }
 
 jobs=$(nproc 2>/dev/null || echo 2)
+
+# Sourced by another script: provide the lists and install_missing only.
+[ "${BASH_SOURCE[0]}" = "$0" ] || return 0
 
 case "${1:-}" in
     demo)

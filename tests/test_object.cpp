@@ -1,7 +1,11 @@
-// The filter object: order split and clamping, state operations, read-out.
+// The filter object: order split and clamping, state operations, read-out, and
+// the order reset every design performs before it writes its sections.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <new>
+#include <numeric>
 
 #include "test_support.hpp"
 
@@ -9,76 +13,47 @@ using namespace mivora_test;
 
 namespace {
 
-struct SplitCase {
-    int requested, order, even, odd;
-};
+// Coefficients 1..5 in section 0, 6..10 in section 1, 11..13 first-order.
+IirProcess marked(int order) { return holding(order, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}); }
 
 TEST(Object, OrderSplitAndClampingForEveryEntryPoint) {
-    const SplitCase cases[] = {
-        {5, 5, 4, 1},  {4, 4, 4, 0},   {3, 3, 2, 1},   {2, 2, 2, 0},    {1, 1, 0, 1},
+    const int cases[][4] = {  // requested, order, even, odd
+        {5, 5, 4, 1},  {4, 4, 4, 0},   {3, 3, 2, 1},    {2, 2, 2, 0},      {1, 1, 0, 1},
         {0, 0, 0, 0},  {-1, -1, 0, -1}, {-2, -2, -2, 0}, {-3, -3, -2, -1}, {-5, -5, -4, -1},
-        {6, 5, 4, 1},  {8, 5, 4, 1},   {1 << 30, 5, 4, 1}, {-6, -5, -4, -1}, {INT32_MIN, -5, -4, -1},
+        {6, 5, 4, 1},  {8, 5, 4, 1},   {1 << 30, 5, 4, 1}, {-6, -5, -4, -1}, {INT_MIN, -5, -4, -1},
     };
-    for (const SplitCase& c : cases) {
-        SCOPED_TRACE(c.requested);
-        IirProcess byCtor(c.requested);
-        IirProcess byAllocCtor(nullptr, c.requested);
-        IirProcess bySet;
-        bySet.setOrder(c.requested);
-        for (const IirProcess* f : {&byCtor, &byAllocCtor, &bySet}) {
-            EXPECT_EQ(f->getOrder(), c.order);
-            EXPECT_EQ(f->getEvenOrder(), c.even);
-            EXPECT_EQ(f->getOddOrder(), c.odd);
-        }
+    for (const auto& c : cases) {
+        IirProcess byCtor(c[0]), byAllocCtor(nullptr, c[0]), bySet;
+        bySet.setOrder(c[0]);
+        for (const IirProcess* f : {&byCtor, &byAllocCtor, &bySet})
+            EXPECT_TRUE(f->getOrder() == c[1] && f->getEvenOrder() == c[2] && f->getOddOrder() == c[3]) << c[0];
     }
 }
 
-TEST(Object, ConstructionZeroesEverythingAndStoresTheAllocator) {
-    auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
-    IirProcess withAlloc(alloc);
-    IirProcess withBoth(alloc, 3);
-    IirProcess plain;
-    EXPECT_EQ(withAlloc.getMemAlloc(), alloc);
-    EXPECT_EQ(withBoth.getMemAlloc(), alloc);
-    EXPECT_EQ(plain.getMemAlloc(), nullptr);
-    EXPECT_EQ(plain.getOrder(), 2);
-    EXPECT_EQ(withAlloc.getOrder(), 2);
-    // Order 5 reads every coefficient, first-order ones included.
-    IirProcess five(5);
-    for (double c : coefs(five)) EXPECT_EQ(c, 0.0);
-    for (double s : state(five)) EXPECT_EQ(s, 0.0);
-    EXPECT_EQ(five.cal(1.0), 0.0);
-}
-
-TEST(Object, WorksPlacedInCallerMemory) {
+// Placed in caller memory full of garbage, so that the zeroing shows.
+TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
     alignas(IirProcess) unsigned char storage[512];
-    ASSERT_LE(IirProcess::CalculateWorkSize(), sizeof storage);
-    EXPECT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
-    IirProcess* f = new (storage) IirProcess(4);
-    EXPECT_EQ(f->getOrder(), 4);
-    f->setCoefPDFPQ(1000.0, 48000.0, 6.0, 1.0);
-    EXPECT_NEAR(f->power(1000.0, 48000.0), 6.0, 1e-9);
-    f->~IirProcess();
+    ASSERT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
+    ASSERT_LE(sizeof(IirProcess), sizeof storage);
+    std::memset(storage, 0xA5, sizeof storage);
+    auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
+    const IirProcess* five = new (storage) IirProcess(alloc, 5);  // order 5 reads every coefficient
+    EXPECT_EQ(five->getMemAlloc(), alloc);
+    EXPECT_EQ(coefs(*five), std::vector<double>(13, 0.0));
+    EXPECT_EQ(state(*five), std::vector<double>(10, 0.0));
+    IirProcess withAlloc(alloc), plain;
+    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2);
+    EXPECT_TRUE(plain.getMemAlloc() == nullptr && plain.getOrder() == 2);
 }
 
-TEST(Object, SetOrderNeverClears) {
-    IirProcess f;
-    setSection(f, 0, 1, 2, 3, 4, 5);
-    setSection(f, 1, 6, 7, 8, 9, 10);
-    setFirstOrder(f, 11, 12, 13);
-    f.setDelay(0.5);
-    for (int order : {0, -3, 1, 5}) f.setOrder(order);
-    const std::vector<double> expected = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
-    EXPECT_EQ(coefs(f), expected);
-    EXPECT_EQ(state(f)[0], 0.5);
-}
-
-TEST(Object, ClearAndClearDelayTouchOnlyWhatTheyName) {
-    IirProcess f(5);
-    setSection(f, 0, 1, 2, 3, 4, 5);
-    setSection(f, 1, 6, 7, 8, 9, 10);
-    setFirstOrder(f, 11, 12, 13);
+TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {
+    IirProcess f = marked(5);
     f.setDelay(2.0);
+    const std::vector<double> all = coefs(f);
+
+    IirProcess reordered = f;
+    for (int order : {0, -3, 1, 5}) reordered.setOrder(order);
+    EXPECT_EQ(raw(reordered), raw(f));
 
     IirProcess cleared = f;
     cleared.clear();
@@ -87,71 +62,103 @@ TEST(Object, ClearAndClearDelayTouchOnlyWhatTheyName) {
 
     IirProcess delayCleared = f;
     delayCleared.clearDelay();
-    EXPECT_EQ(coefs(delayCleared), coefs(f));
+    EXPECT_EQ(coefs(delayCleared), all);
     EXPECT_EQ(state(delayCleared), std::vector<double>(10, 0.0));
 }
 
 TEST(Object, SetDelayFillsRunningSectionsAndTheFirstOrderState) {
-    struct Case {
-        int order;
-        std::vector<double> expected;
-    };
-    const Case cases[] = {
+    const std::pair<int, std::vector<double>> cases[] = {
         {2, {7, 7, 7, 7, 0, 0, 0, 0, 7, 7}},
         {5, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
         {1, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
         {-4, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
     };
-    for (const Case& c : cases) {
-        IirProcess f(c.order);
+    for (const auto& [order, expected] : cases) {
+        IirProcess f(order);
         f.setDelay(7.0);
-        EXPECT_EQ(state(f), c.expected) << "order " << c.order;
+        EXPECT_EQ(state(f), expected) << "order " << order;
     }
 }
 
 TEST(Object, GetCoefWritesExactlyTheRunningSections) {
     constexpr double U = 12345.0;  // untouched marker
-    struct Case {
-        int order;
-        std::vector<double> expected;
-    };
-    const Case cases[] = {
-        {0, {0, 0, 0, 0, 0, U, U, U, U, U, U, U, U}},
-        {1, {11, 12, 13, 0, 0, U, U, U, U, U, U, U, U}},
-        {2, {1, 2, 3, 4, 5, U, U, U, U, U, U, U, U}},
-        {3, {1, 2, 3, 4, 5, 11, 12, 13, U, U, U, U, U}},
-        {4, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, U, U, U}},
+    const std::pair<int, std::vector<double>> cases[] = {
+        {0, {0, 0, 0, 0, 0}},
+        {1, {11, 12, 13, 0, 0}},
+        {2, {1, 2, 3, 4, 5}},
+        {3, {1, 2, 3, 4, 5, 11, 12, 13}},
+        {4, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
         {5, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
-        {-2, {U, U, U, U, U, U, U, U, U, U, U, U, U}},
-        {-3, {11, 12, 13, U, U, U, U, U, U, U, U, U, U}},
+        {-2, {}},
+        {-3, {11, 12, 13}},
         {9, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
     };
-    for (const Case& c : cases) {
-        IirProcess f(c.order);
-        setSection(f, 0, 1, 2, 3, 4, 5);
-        setSection(f, 1, 6, 7, 8, 9, 10);
-        setFirstOrder(f, 11, 12, 13);
-        // Guard entries past the documented maximum.
-        std::vector<double> out(IirProcess::maxCoefCount + 4, U);
-        f.getCoef(out.data());
-        std::vector<double> expected = c.expected;
+    for (const auto& [order, written] : cases) {
+        std::vector<double> out(IirProcess::maxCoefCount + 4, U);  // guard entries past the maximum
+        marked(order).getCoef(out.data());
+        std::vector<double> expected = written;
         expected.resize(out.size(), U);
-        EXPECT_EQ(out, expected) << "order " << c.order;
+        EXPECT_EQ(out, expected) << "order " << order;
     }
 }
 
-TEST(Object, DesignAtAnotherOrderClearsSecondOrderPartsOnly) {
-    IirProcess f(5);
-    setSection(f, 1, 6, 7, 8, 9, 10);
-    setFirstOrder(f, 11, 12, 13);
-    f.setDelay(3.0);
-    f.setCoefPDFPQ(1000.0, 48000.0, 3.0, 1.0);  // order 2
-    EXPECT_EQ(f.getOrder(), 2);
-    EXPECT_EQ(state(f), (std::vector<double>{0, 0, 0, 0, 0, 0, 0, 0, 3, 3}));
-    f.setOrder(5);
-    const std::vector<double> c = coefs(f);
-    EXPECT_EQ(std::vector<double>(c.begin() + 5, c.begin() + 10), std::vector<double>(5, 0.0));
-    EXPECT_EQ(std::vector<double>(c.begin() + 10, c.end()), (std::vector<double>{11, 12, 13}));
+// Every design with the order it builds; K marks the corner shelves, which
+// perform no reset and write section 0 alone.
+constexpr int K = INT_MIN;
+struct Design {
+    const char* call;
+    void (*apply)(IirProcess&);
+    int order;
+};
+#define D(order, call) Design{MIVORA_CALL(call), order}
+const Design kDesigns[] = {
+    D(2, setCoefPDFPQ(1e3, 48e3, 6, 1)), D(2, setCoefPDFCQ(1e3, 48e3, -6, 1)), D(2, setCoef(1e3, 48e3, 6, 1)),
+    D(2, setCoefLOWS_A(1e3, 6, 48e3)), D(2, setCoefLOWS_B(1e3, -6, 48e3)), D(2, setCoefHIGS_A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_B(1e3, -6, 48e3)), D(2, setCoefLOWS(1e3, 6, 48e3)), D(2, setCoefHIGS(1e3, 6, 48e3, 0)),
+    D(2, setCoefLOWS_2A(1e3, 6, 48e3)), D(2, setCoefLOWS_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_2A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_PM_2A(1e3, 6, 48e3)),
+    D(2, setCoefLOWS_PM_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_PM_2A(1e3, 6, 48e3)),
+    D(2, setCoefHIGS_PM_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_2(1e3, 6, 48e3, 1)), D(2, setCoefHIGS_2(1e3, 6, 48e3)),
+    D(K, setCoefLowShelf_C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_C(48e3, 1e3, 6, 0.3, -3)),
+    D(K, setCoefLowShelf_2C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_2C(48e3, 1e3, 6, 0.3, -3)),
+    D(3, setCoefHPF(3, 1e3, 48e3)), D(5, setCoefLPF(5, 1e3, 48e3)), D(2, setCoefHPF(1e3, 48e3)),
+    D(2, setCoefLPF(1e3, 48e3)), D(0, setCoefHPF(0, 1e3, 48e3)), D(-3, setCoefLPF(-3, 1e3, 48e3)),
+    D(5, setCoefHPF(8, 1e3, 48e3)), D(-4, setCoefLPF(-4, 1e3, 48e3)), D(3, setCoefHPFChev(3, 1e3, 1, 48e3)),
+    D(4, setCoefLPFChev(4, 1e3, 1, 48e3)), D(4, setCoefHPFIChev(4, 1e3, 400, 48e3)),
+    D(3, setCoefLPFIChev(3, 1e3, 400, 48e3)), D(2, setCoefHPFQfct(1e3, 0.7, 48e3)),
+    D(2, setCoefLPFQfct(1e3, 0.7, 48e3)), D(2, setCoefBPFQfct(1e3, 2, 48e3)), D(2, setCoefBPF_Q(1e3, 2, 48e3)),
+    D(2, setCoefBPF(1, 5e2, 2e3, 48e3)), D(4, setCoefBEF(2, 5e2, 2e3, 48e3)), D(4, setCoefBPF(3, 5e2, 2e3, 48e3)),
+    D(0, setCoefBEF(0, 5e2, 2e3, 48e3)), D(4, setCoefBPFChev(2, 5e2, 2e3, 1, 48e3)),
+    D(2, setCoefBEFChev(1, 5e2, 2e3, 1, 48e3)), D(2, setCoefBPFIChev(1, 5e2, 2e3, 400, 48e3)),
+    D(4, setCoefBEFIChev(2, 5e2, 2e3, 400, 48e3)), D(1, setDcfLPF(300, 48e3)), D(1, setDcfLPF(0.2)),
+    D(1, setDcfHPF(10, 48e3)), D(1, setDcfHPF(0.01)), D(2, setAPF1st(700, 48e3)), D(2, setAPF2nd(700, 48e3)),
+};
+#undef D
+
+// At the order the object holds a design keeps all state (a retune without a
+// click); at another it zeroes the second-order state and coefficients. It
+// writes the sections its order runs and nothing else; the first-order state
+// is never cleared.
+TEST(Object, DesignsResetTheOrderAndWriteOnlyTheirSections) {
+    std::vector<double> before(kDoubles);
+    std::iota(before.begin(), before.end(), 1.0);
+    for (const Design& d : kDesigns) {
+        for (int start : {-5, 0, 1, 2, 3, 4, 5}) {
+            SCOPED_TRACE(::testing::Message() << d.call << " from order " << start);
+            IirProcess f(start);
+            plant(f, 0, before.data(), kDoubles);
+            d.apply(f);
+            const bool resets = d.order != K;
+            EXPECT_EQ(f.getOrder(), resets ? d.order : start);
+            std::vector<double> want = before;
+            if (resets && d.order != start) std::fill(want.begin(), want.begin() + 18, 0.0);
+            const std::vector<double> got = raw(f);
+            const int sections = resets ? std::max(d.order, 0) / 2 : 1;
+            std::copy(got.begin() + 8, got.begin() + 8 + 5 * sections, want.begin() + 8);
+            if (resets && d.order % 2 != 0) std::copy(got.begin() + 20, got.end(), want.begin() + 20);
+            EXPECT_EQ(got, want);
+        }
+    }
 }
 
 }  // namespace

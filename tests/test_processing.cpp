@@ -11,88 +11,44 @@ using namespace mivora_test;
 namespace {
 
 // Distinct pure gains per stage make the output name the stages that ran.
-IirProcess gainStages(int order) {
-    IirProcess f(order);
-    setSection(f, 0, 2, 0, 0, 0, 0);
-    setSection(f, 1, 3, 0, 0, 0, 0);
-    setFirstOrder(f, 5, 0, 0);
-    return f;
-}
+IirProcess gainStages(int order) { return holding(order, {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 5, 0, 0}); }
 
+// doProcess runs the same stages: it matches cal at every order below.
 TEST(Processing, StagesThatRunFollowTheOrder) {
-    struct Case {
-        int order;
-        double gain;
-    };
-    const Case cases[] = {{0, 1}, {1, 5}, {2, 2}, {3, 10}, {4, 6}, {5, 30}, {-1, 5}, {-2, 1}, {-5, 5}, {7, 30}};
-    for (const Case& c : cases) {
-        IirProcess byCal = gainStages(c.order);
-        IirProcess byBlock = gainStages(c.order);
-        float in[3] = {1.0f, -0.5f, 0.25f};
-        float out[3] = {};
-        byBlock.doProcess(in, out, 3);
-        for (int i = 0; i < 3; ++i) {
-            EXPECT_EQ(byCal.cal(static_cast<double>(in[i])), in[i] * c.gain) << "order " << c.order;
-            EXPECT_EQ(out[i], in[i] * static_cast<float>(c.gain)) << "order " << c.order;
-        }
+    const int cases[][2] = {{0, 1}, {1, 5}, {2, 2}, {3, 10}, {4, 6}, {5, 30}, {-1, 5}, {-2, 1}, {-5, 5}, {7, 30}};
+    for (const auto& [order, gain] : cases) {
+        IirProcess f = gainStages(order);
+        for (double x : {1.0, -0.5, 0.25}) EXPECT_EQ(f.cal(x), x * gain) << "order " << order;
     }
 }
 
 TEST(Processing, CalWithOrderArgumentChoosesSecondOrderSections) {
-    struct Case {
-        int objectOrder, argument;
-        double gain;
-    };
-    const Case cases[] = {{4, 2, 2}, {4, 4, 6}, {2, 4, 6}, {4, 0, 1}, {4, 1, 1}, {0, 4, 1},
-                          {1, 4, 5}, {5, 2, 10}, {-2, 4, 6}, {4, 99, 6}, {4, -99, 1}};
-    for (const Case& c : cases) {
-        IirProcess f = gainStages(c.objectOrder);
-        EXPECT_EQ(f.cal(c.argument, 1.5), 1.5 * c.gain) << c.objectOrder << "/" << c.argument;
+    const int cases[][3] = {{4, 2, 2}, {4, 4, 6}, {2, 4, 6}, {4, 0, 1}, {4, 1, 1}, {0, 4, 1},  // object order,
+                            {1, 4, 5}, {5, 2, 10}, {-2, 4, 6}, {4, 99, 6}, {4, -99, 1}};  // argument, gain
+    for (const auto& c : cases) {
+        IirProcess f = gainStages(c[0]);
+        EXPECT_EQ(f.cal(c[1], 1.5), 1.5 * c[2]) << c[0] << "/" << c[1];
     }
 }
 
-TEST(Processing, FreshObjectOutputsSilenceButRecordsInputs) {
+TEST(Processing, FreshObjectOutputsSilenceButRecordsInputsAndZeroCountTouchesNothing) {
     IirProcess f;
     EXPECT_EQ(f.cal(0.75), 0.0);
     EXPECT_EQ(f.cal(3), 0.0);
-    EXPECT_EQ(state(f), (std::vector<double>{3, 0.75, 0, 0, 0, 0, 0, 0, 0, 0}));
-}
-
-TEST(Processing, ZeroCountTouchesNothing) {
-    IirProcess f(5);
-    f.setDelay(1.0);
     float buf[1] = {42.0f};
     f.doProcess(buf, buf, 0);
     f.doProcess(nullptr, nullptr, 0);
     EXPECT_EQ(buf[0], 42.0f);
-    EXPECT_EQ(state(f), std::vector<double>(10, 1.0));
-}
-
-TEST(Processing, DifferenceEquationWithFeedbackSigns) {
-    // y = 0.5x + 0.25x1 + 0.125x2 + 0.5y1 - 0.25y2, an impulse worked by hand.
-    IirProcess f(2);
-    setSection(f, 0, 0.5, 0.25, 0.125, 0.5, -0.25);
-    const double expected[] = {0.5, 0.5, 0.25, 0.0};
-    double in = 1.0;
-    for (double e : expected) {
-        EXPECT_EQ(f.cal(in), e);
-        in = 0.0;
-    }
-    IirProcess g(1);
-    setFirstOrder(g, 0.5, 0.25, -0.5);  // y = 0.5x + 0.25x1 - 0.5y1
-    EXPECT_EQ(g.cal(1.0), 0.5);
-    EXPECT_EQ(g.cal(0.0), 0.0);
-    EXPECT_EQ(g.cal(2), 1.0);
+    EXPECT_EQ(state(f), (std::vector<double>{3, 0.75, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 // A busy order-5 filter with non-trivial feedback and state in every stage.
 IirProcess busyFilter(int order, unsigned seed) {
     std::mt19937 rng(seed);
     std::uniform_real_distribution<double> u(-0.4, 0.4);
-    IirProcess f(order);
-    setSection(f, 0, 1 + u(rng), u(rng), u(rng), 1.2 + u(rng) * 0.1, -0.7 + u(rng) * 0.1);
-    setSection(f, 1, 0.5 + u(rng), u(rng), u(rng), 0.9 + u(rng) * 0.1, -0.5 + u(rng) * 0.1);
-    setFirstOrder(f, 0.8 + u(rng), u(rng), 0.6 + u(rng) * 0.1);
+    IirProcess f = holding(order, {1 + u(rng), u(rng), u(rng), 1.2 + u(rng) * 0.1, -0.7 + u(rng) * 0.1,
+                                   0.5 + u(rng), u(rng), u(rng), 0.9 + u(rng) * 0.1, -0.5 + u(rng) * 0.1,
+                                   0.8 + u(rng), u(rng), 0.6 + u(rng) * 0.1});
     f.setDelay(0.01);
     return f;
 }
@@ -105,7 +61,36 @@ std::vector<float> noise(std::size_t n, unsigned seed) {
     return v;
 }
 
-TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
+// The per-sample chain read from its definition, on the state and coefficients
+// as getDelay and getCoef give them: the b1 product rounded, then each further
+// product added by one fused multiply-add; feedback added.
+double reference(std::vector<double>& s, const std::vector<double>& c, int order, double x) {
+    const int sections = order >= 2 ? order / 2 : 0;
+    for (int k = 0; k < sections; ++k) {
+        const double* b = &c[5 * k];
+        double* d = &s[4 * k];  // x1 x2 y1 y2
+        const double y = std::fma(b[4], d[3], std::fma(b[3], d[2], std::fma(b[2], d[1], std::fma(b[0], x, b[1] * d[0]))));
+        d[1] = d[0]; d[0] = x; d[3] = d[2]; d[2] = y; x = y;
+    }
+    if (order % 2 != 0) {
+        const double* b = &c[5 * sections];
+        const double y = std::fma(b[2], s[9], std::fma(b[0], x, b[1] * s[8]));
+        s[8] = x; s[9] = y; x = y;
+    }
+    return x;
+}
+
+TEST(Processing, EverySampleFollowsTheFusedChainToTheBit) {
+    for (int order = 1; order <= 5; ++order) {
+        IirProcess f = busyFilter(order, 9);
+        std::vector<double> s = state(f);
+        const std::vector<double> c = coefs(f);
+        for (float x : noise(300, 1)) ASSERT_EQ(f.cal(static_cast<double>(x)), reference(s, c, order, x)) << order;
+        EXPECT_EQ(state(f), s);
+    }
+}
+
+TEST(Processing, InPlaceSplitBlocksAndCalAllAgree) {
     for (int order = -5; order <= 5; ++order) {
         SCOPED_TRACE(order);
         const std::vector<float> in = noise(1001, 7u + static_cast<unsigned>(order + 5));
@@ -116,12 +101,7 @@ TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
         separate.doProcess(inCopy.data(), outSeparate.data(), static_cast<unsigned>(in.size()));
         EXPECT_EQ(inCopy, in) << "input array modified";
 
-        IirProcess inPlace = busyFilter(order, 3);
-        std::vector<float> buf = in;
-        inPlace.doProcess(buf.data(), buf.data(), static_cast<unsigned>(buf.size()));
-        EXPECT_EQ(buf, outSeparate);
-        EXPECT_EQ(state(inPlace), state(separate));
-
+        // In place, cut into blocks of any size.
         IirProcess split = busyFilter(order, 3);
         std::vector<float> pieces = in;
         std::size_t pos = 0;
@@ -137,13 +117,11 @@ TEST(Processing, InPlaceBlocksSplitsAndCalAllAgree) {
         for (std::size_t i = 0; i < in.size(); ++i)
             EXPECT_EQ(static_cast<float>(single.cal(static_cast<double>(in[i]))), outSeparate[i]) << i;
         EXPECT_EQ(state(single), state(separate));
-    }
-}
 
-TEST(Processing, CalIntIsCalOfTheExactDouble) {
-    IirProcess a = busyFilter(5, 11), b = busyFilter(5, 11);
-    for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(a.cal(x), b.cal(static_cast<double>(x)));
-    EXPECT_EQ(state(a), state(b));
+        // cal(int) is cal of the exact double.
+        for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(single.cal(x), separate.cal(static_cast<double>(x)));
+        EXPECT_EQ(state(single), state(separate));
+    }
 }
 
 TEST(Processing, NonFiniteSamplesStayUntilTheStateIsReplaced) {
@@ -153,8 +131,7 @@ TEST(Processing, NonFiniteSamplesStayUntilTheStateIsReplaced) {
     f.clearDelay();
     EXPECT_EQ(f.cal(0.0), 0.0);
     // Beyond the float range becomes an infinity in the output block.
-    IirProcess big(2);
-    setSection(big, 0, 1e300, 0, 0, 0, 0);
+    IirProcess big = holding(2, {1e300});
     float x = 1.0f;
     big.doProcess(&x, &x, 1);
     EXPECT_TRUE(std::isinf(x));

@@ -7,21 +7,17 @@ using namespace mivora_test;
 
 namespace {
 
-IirProcess sample(int order) {
-    IirProcess f(order);
-    setSection(f, 0, 0.3, -0.2, 0.1, 1.1, -0.5);
-    setSection(f, 1, 0.7, 0.4, -0.2, -0.3, -0.2);
-    setFirstOrder(f, 0.6, 0.3, 0.4);
-    return f;
-}
+IirProcess sample(int order) { return holding(order, {0.3, -0.2, 0.1, 1.1, -0.5, 0.7, 0.4, -0.2, -0.3, -0.2, 0.6, 0.3, 0.4}); }
 
 TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
     const double fs = 48000.0;
+    std::vector<double> freqs = logFrequencies(fs, 97);
+    freqs.insert(freqs.end(), {0.0, fs / 2});
     for (int order = -5; order <= 5; ++order) {
         IirProcess f = sample(order);
-        for (double freq : logFrequencies(fs, 97)) {
+        for (double freq : freqs) {
             const Response r = responseOf(f, freq, fs);
-            EXPECT_NEAR(f.power(freq, fs), r.db(), 1e-9) << order << " @ " << freq;
+            EXPECT_NEAR(f.power(freq, fs), r.db(), 1e-12) << order << " @ " << freq;
             // Phase covers the second-order sections only.
             IirProcess evenOnly = f;
             evenOnly.setOrder(f.getEvenOrder());
@@ -33,40 +29,12 @@ TEST(Response, MatchesIndependentEvaluationAtEveryOrder) {
     }
 }
 
-TEST(Response, DcGainIsTheProductOfSectionSums) {
-    IirProcess f = sample(5);
-    const double g0 = (0.3 - 0.2 + 0.1) / (1 - 1.1 + 0.5);
-    const double g1 = (0.7 + 0.4 - 0.2) / (1 + 0.3 + 0.2);
-    const double g2 = (0.6 + 0.3) / (1 - 0.4);
-    EXPECT_NEAR(f.power(0.0, 48000.0), 20.0 * std::log10(std::fabs(g0 * g1 * g2)), 1e-12);
-}
-
-TEST(Response, EdgeOrdersAndExactZero) {
-    IirProcess passThrough(0);
-    IirProcess fresh;
-    IirProcess dcOnly = sample(1);
-    for (double freq : {0.0, 100.0, 12000.0, 23999.0}) {
-        EXPECT_EQ(passThrough.power(freq, 48000.0), 0.0);
-        EXPECT_EQ(passThrough.phase(freq, 48000.0), 0.0);
-        EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
-        EXPECT_EQ(dcOnly.phase(freq, 48000.0), 0.0);
-        EXPECT_NE(dcOnly.power(freq, 48000.0), 0.0);
-    }
-    // A zero exactly on the unit circle at DC: numerator 1 - z^-1.
-    IirProcess zeroAtDc(2);
-    setSection(zeroAtDc, 0, 1.0, -1.0, 0.0, 0.5, 0.0);
+TEST(Response, AnExactZeroReadsMinusOneHundredDecibels) {
+    IirProcess fresh;  // all coefficients zero
+    IirProcess zeroAtDc = holding(2, {1.0, -1.0, 0.0, 0.5, 0.0});  // numerator 1 - z^-1
+    for (double freq : {0.0, 100.0, 23999.0}) EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
     EXPECT_EQ(zeroAtDc.power(0.0, 48000.0), -100.0);
-    // fs = 0 gives NaN, not a crash or a made-up value.
-    EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));
-}
-
-TEST(Response, QueriesLeaveTheObjectUntouched) {
-    IirProcess f = sample(5);
-    f.setDelay(0.25);
-    const IirProcess before = f;
-    (void)f.power(1000.0, 48000.0);
-    (void)f.phase(1000.0, 48000.0);
-    EXPECT_EQ(std::memcmp(&before, &f, sizeof f), 0);
+    EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));  // fs = 0
 }
 
 }  // namespace

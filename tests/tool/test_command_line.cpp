@@ -66,17 +66,7 @@ TEST(CommandLine, HelpAndVersionPrintAndSucceed) {
     for (const auto& words : {std::vector<const char*>{"--help"}, std::vector<const char*>{"coef", "--help"},
                               std::vector<const char*>{"--version"}}) {
         const ParseResult r = parse(words);
-        EXPECT_FALSE(r.invocation);
-        EXPECT_EQ(r.exitCode, 0);
-        EXPECT_FALSE(r.output.empty());
-        EXPECT_TRUE(r.error.empty());
+        EXPECT_TRUE(!r.invocation && r.exitCode == 0 && !r.output.empty() && r.error.empty());
     }
     EXPECT_NE(parse({"coef", "--help"}).output.find("--stop-level"), std::string::npos);
-}
-
-TEST(CommandLine, FilterChecksTheDesignBeforeAnyFileIsOpened) {
-    const ParseResult r = parse({"filter", "peak", "--in", "a.wav", "--out", "b.wav"});
-    EXPECT_FALSE(r.invocation);
-    EXPECT_EQ(r.exitCode, 2);
-    EXPECT_NE(r.error.find("needs --gain"), std::string::npos);
 }

@@ -20,10 +20,8 @@ namespace tool_test {
 namespace fs = std::filesystem;
 
 Run runTool(const std::vector<std::string>& args, const std::string& workDir) {
-    const fs::path capture = fs::path(MIVORA_TOOL_SCRATCH) / "capture";
-    fs::create_directories(capture);
-    const std::string outPath = (capture / ("out." + std::to_string(::getpid()))).string();
-    const std::string errPath = (capture / ("err." + std::to_string(::getpid()))).string();
+    const std::string capture = scratchDir("capture-" + std::to_string(::getpid()));
+    const std::string outPath = capture + "/out", errPath = capture + "/err";
 
     std::vector<std::string> argvText{MIVORA_TOOL_PATH};
     argvText.insert(argvText.end(), args.begin(), args.end());
@@ -52,6 +50,14 @@ Run runTool(const std::vector<std::string>& args, const std::string& workDir) {
     run.out = readText(outPath);
     run.err = readText(errPath);
     return run;
+}
+
+void expectRefused(const Run& run, const std::string& message) {
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err.rfind("mivora: ", 0), 0u) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << "not one line: " << run.err;
+    EXPECT_NE(run.err.find(message), std::string::npos) << run.err;
 }
 
 std::string scratchDir(const std::string& name) {
@@ -107,35 +113,31 @@ void writeAudio(const std::string& path, const Audio& audio) {
     sf_close(file);
 }
 
-Audio readAudio(const std::string& path) {
-    SF_INFO info{};
+// Reads every sample of a file as T through `read`; info gets the header.
+template <class T>
+std::vector<T> readSamples(const std::string& path, SF_INFO& info,
+                           sf_count_t (*read)(SNDFILE*, T*, sf_count_t)) {
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    Audio audio;
+    std::vector<T> samples;
     if (!file) {
         ADD_FAILURE() << "cannot read " << path << ": " << sf_strerror(nullptr);
-        return audio;
+        return samples;
     }
-    audio.channels = info.channels;
-    audio.sampleRate = info.samplerate;
-    audio.format = info.format;
-    audio.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-    sf_readf_float(file, audio.samples.data(), info.frames);
+    samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+    read(file, samples.data(), info.frames);
     sf_close(file);
-    return audio;
+    return samples;
+}
+
+Audio readAudio(const std::string& path) {
+    SF_INFO info{};
+    std::vector<float> samples = readSamples(path, info, sf_readf_float);
+    return {info.channels, info.samplerate, info.format, std::move(samples)};
 }
 
 std::vector<short> readShorts(const std::string& path) {
     SF_INFO info{};
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    std::vector<short> samples;
-    if (!file) {
-        ADD_FAILURE() << "cannot read " << path;
-        return samples;
-    }
-    samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-    sf_readf_short(file, samples.data(), info.frames);
-    sf_close(file);
-    return samples;
+    return readSamples(path, info, sf_readf_short);
 }
 
 }  // namespace tool_test

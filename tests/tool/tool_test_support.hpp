@@ -18,6 +18,10 @@ struct Run {
 // Runs the tool with `args` (without the program name) in `workDir`.
 Run runTool(const std::vector<std::string>& args, const std::string& workDir = ".");
 
+// A refused run, as a user sees it: exit status 2, nothing on stdout, and
+// one line on stderr, "mivora: ..." containing `message`.
+void expectRefused(const Run& run, const std::string& message);
+
 // A fresh, empty directory under the build tree for one test.
 std::string scratchDir(const std::string& name);
 // Every name in a directory, hidden ones included, sorted.

@@ -3,6 +3,8 @@
 #include "usage_error.hpp"
 
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 
 namespace mivora_tool {
 
@@ -29,6 +31,30 @@ double integerSteps(int format) {
     }
 }
 
+// libsndfile opens a file whose header promises more audio than the file
+// holds, and only notes it in its log, as "data : 1600 (should be 800)" for
+// WAV and "SSND : ..." for AIFF. A truncated file is refused here instead of
+// turned into a shorter output.
+bool promisesMoreAudioThanItHolds(SNDFILE* file) {
+    char log[16384] = {};
+    sf_command(file, SFC_GET_LOG_INFO, log, sizeof log);
+    for (const char* line = log; *line != '\0';) {
+        while (*line == ' ') ++line;
+        const bool audioChunk = std::strncmp(line, "data", 4) == 0 || std::strncmp(line, "SSND", 4) == 0;
+        const char* colon = std::strchr(line, ':');
+        const char* should = std::strstr(line, "(should be ");
+        const char* end = std::strchr(line, '\n');
+        if (end == nullptr) end = line + std::strlen(line);
+        if (audioChunk && colon != nullptr && colon < end && should != nullptr && should < end) {
+            const double declared = std::strtod(colon + 1, nullptr);
+            const double present = std::strtod(should + std::strlen("(should be "), nullptr);
+            if (present < declared) return true;
+        }
+        line = *end == '\n' ? end + 1 : end;
+    }
+    return false;
+}
+
 }  // namespace
 
 AudioReader::AudioReader(const std::string& path) : path_(path) {
@@ -37,6 +63,10 @@ AudioReader::AudioReader(const std::string& path) : path_(path) {
     if (info_.channels < 1 || info_.samplerate < 1) {
         sf_close(file_);
         throw UsageError("cannot read " + path + ": no audio channels in it");
+    }
+    if (promisesMoreAudioThanItHolds(file_)) {
+        sf_close(file_);
+        throw UsageError("cannot read " + path + ": the file is truncated (its header promises more audio)");
     }
 }
 

@@ -212,8 +212,8 @@ ParseResult parseCommandLine(int argc, const char* const* argv) {
     const bool command = std::find(std::begin(kCommands), std::end(kCommands), first) != std::end(kCommands);
     if (!command && first != "-h" && first != "--help" && first != "--version") {
         const bool option = first.size() > 1 && first[0] == '-';
-        result.error = (option ? "unknown option " + first : "unknown command '" + first + "'") + "; use one of " +
-                       commandList();
+        result.error = oneLine((option ? "unknown option " + first : "unknown command '" + first + "'") +
+                               "; use one of " + commandList());
         return result;
     }
 
@@ -231,6 +231,7 @@ ParseResult parseCommandLine(int argc, const char* const* argv) {
     } catch (const UsageError& e) {
         result.error = e.what();
     }
+    result.error = oneLine(result.error);
     return result;
 }
 

@@ -27,13 +27,13 @@ int main(int argc, char** argv) {
             },
             *parsed.invocation);
     } catch (const UsageError& e) {
-        std::cerr << "mivora: " << e.what() << "\n";
+        std::cerr << "mivora: " << oneLine(e.what()) << "\n";
         return kUsageExit;
     } catch (const Interrupted& e) {
         std::cerr << "mivora: " << e.what() << "\n";
         return kInterruptedExit;
     } catch (const std::exception& e) {
-        std::cerr << "mivora: unexpected failure: " << e.what() << "\n";
+        std::cerr << "mivora: unexpected failure: " << oneLine(e.what()) << "\n";
         return 1;
     }
     return std::cout.flush() ? 0 : 1;

@@ -2,6 +2,7 @@
 #ifndef MIVORA_TOOL_USAGE_ERROR_HPP
 #define MIVORA_TOOL_USAGE_ERROR_HPP
 
+#include <cstdio>
 #include <stdexcept>
 #include <string>
 
@@ -15,6 +16,30 @@ public:
 };
 
 inline constexpr int kUsageExit = 2;
+
+// Messages quote what the user typed. Control characters in it (a newline in
+// a file name, a terminal escape) are shown as \n, \r, \t or \xHH, so that
+// a message stays one line and cannot drive the terminal.
+inline std::string oneLine(const std::string& text) {
+    std::string out;
+    for (const char c : text) {
+        const auto u = static_cast<unsigned char>(c);
+        if (c == '\n') {
+            out += "\\n";
+        } else if (c == '\r') {
+            out += "\\r";
+        } else if (c == '\t') {
+            out += "\\t";
+        } else if (u < 0x20 || u == 0x7f) {
+            char hex[5];
+            std::snprintf(hex, sizeof hex, "\\x%02x", static_cast<unsigned>(u));
+            out += hex;
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
 
 // Ctrl-C or a termination request during a long run: the run unwinds so no
 // partial output is left, and exits as an interrupted program does.
