@@ -1,5 +1,7 @@
 #include "bench_support.hpp"
 
+#include <algorithm>
+#include <array>
 #include <random>
 
 #include "test_support.hpp"
@@ -8,25 +10,25 @@ namespace mivora_bench {
 
 namespace {
 
+// Section 0's coefficients of a peaking design.
 void peakingSection(double freq, double gainDb, double q, double* c) {
     IirProcess p;
     p.setCoefPDFPQ(freq, 48000.0, gainDb, q);
     double all[IirProcess::maxCoefCount];
     p.getCoef(all);
-    for (int i = 0; i < 5; ++i) c[i] = all[i];
+    std::copy(all, all + 5, c);
 }
 
 }  // namespace
 
 IirProcess busyFilter(int order) {
-    double s0[5], s1[5];
-    peakingSection(1000.0, 6.0, 1.0, s0);
-    peakingSection(5000.0, -4.0, 2.0, s1);
-    IirProcess f(order);
-    mivora_test::setSection(f, 0, s0[0], s0[1], s0[2], s0[3], s0[4]);
-    mivora_test::setSection(f, 1, s1[0], s1[1], s1[2], s1[3], s1[4]);
-    mivora_test::setFirstOrder(f, 0.3, 0.3, 0.4);  // one-pole low-pass, unity at DC
-    return f;
+    std::array<double, 13> c{};
+    peakingSection(1000.0, 6.0, 1.0, c.data());
+    peakingSection(5000.0, -4.0, 2.0, c.data() + 5);
+    c[10] = 0.3;  // one-pole low-pass b0, b1, a1: unity at DC
+    c[11] = 0.3;
+    c[12] = 0.4;
+    return mivora_test::holding(order, c);
 }
 
 std::vector<float> noise(std::size_t n, unsigned seed) {

@@ -289,13 +289,11 @@ TEST(FastPath, DoProcessMatchesThePlainEquationsAtEveryOrder) {
                 IirProcess f(order);
                 const int even = f.getEvenOrder();
                 PlainFilter plain = randomFilter(rng, even >= 2 ? even / 2 : 0, f.getOddOrder() != 0);
-                for (int k = 0; k < 2; ++k) {
-                    const double* c = plain.coef + 5 * k;
-                    setSection(f, k, c[0], c[1], c[2], c[3], c[4]);
-                }
-                setFirstOrder(f, plain.coef1st[0], plain.coef1st[1], plain.coef1st[2]);
-                plant(f, kDelayOffset, plain.delay, 8);
-                plant(f, kDelay1stOffset, plain.delay1st, 2);
+                // The object's doubles: delay[8], coef[10], delay1st[2], coef1st[3].
+                plant(f, 0, plain.delay, 8);
+                plant(f, kCoefOffset, plain.coef, 10);
+                plant(f, kCoefOffset + 10, plain.delay1st, 2);
+                plant(f, kCoef1stOffset, plain.coef1st, 3);
 
                 const std::vector<float> in = randomSignal(rng, n);
                 std::vector<float> want(n);
