@@ -94,10 +94,9 @@ double idealPower(const BandDesign& d, int n, double lo, double hi, double fs, d
 // -ripple, -As or a null at the centre and at DC and fs/2 as the order and the
 // family say; ripple and stop bands within their bounds in between.
 TEST(BandFilters, ResponseIsThePrototypeMagnitudeOnTheBand) {
-    const double bands[][3] = {{48000, 500, 2000},  {8000, 1000, 2000},   {44100, 40, 16000},
-                               {48000, 990, 1010},  {96000, 5000, 30000}};
-    for (const BandDesign& d : kDesigns) {
-        for (int n : {1, 2}) {
+    const double bands[][3] = {{48000, 500, 2000}, {8000, 1000, 2000}, {44100, 40, 16000}, {48000, 990, 1010}, {96000, 5000, 30000}};
+    for (const BandDesign& d : kDesigns)
+        for (int n : {1, 2})
             for (const auto& b : bands) {
                 const double fs = b[0], lo = b[1], hi = b[2];
                 SCOPED_TRACE(::testing::Message() << d.name << " n=" << n << " " << lo << ".." << hi << " @" << fs);
@@ -115,8 +114,6 @@ TEST(BandFilters, ResponseIsThePrototypeMagnitudeOnTheBand) {
                     }
                 }
             }
-        }
-    }
 }
 
 // An eighth and a quarter of fs, to four significant digits.
@@ -142,8 +139,8 @@ TEST(BandFilters, WorkedValues) {
 // band-eliminate filter has the band-pass poles bit for bit.
 TEST(BandFilters, ButterworthBandEliminateSharesThePassPoles) {
     for (int n : {1, 2}) {
-        const std::vector<double> p = coefs(designed(kDesigns[0], n, 700.0, 3000.0, 44100.0));
-        const std::vector<double> e = coefs(designed(kDesigns[1], n, 700.0, 3000.0, 44100.0));
+        const std::vector<double> p = coefs(designed(kDesigns[0], n, 700.0, 3000.0, 44100.0)),
+                                  e = coefs(designed(kDesigns[1], n, 700.0, 3000.0, 44100.0));
         for (int k = 0; k < n; ++k) EXPECT_TRUE(p[5 * k + 3] == e[5 * k + 3] && p[5 * k + 4] == e[5 * k + 4]) << n << " " << k;
     }
 }

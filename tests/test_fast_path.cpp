@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -72,13 +71,10 @@ PlainFilter randomFilter(std::mt19937& rng, int sections, bool first) {
         const double c[5] = {2 * u(rng), 2 * u(rng), 2 * u(rng), 2 * r * std::cos(theta), -r * r};
         std::copy(c, c + 5, f.coef + 5 * k);
     }
-    f.coef1st[0] = 2 * u(rng);
-    f.coef1st[1] = 2 * u(rng);
-    f.coef1st[2] = 0.99 * u(rng);
+    f.coef1st[0] = 2 * u(rng), f.coef1st[1] = 2 * u(rng), f.coef1st[2] = 0.99 * u(rng);
     for (double& s : f.delay) s = u(rng);
     for (double& s : f.delay1st) s = u(rng);
-    f.sections = sections;
-    f.first = first;
+    f.sections = sections, f.first = first;
     return f;
 }
 
@@ -89,22 +85,11 @@ std::vector<float> randomSignal(std::mt19937& rng, std::size_t n) {
     return v;
 }
 
-std::uint32_t bitsOf(float v) {
-    std::uint32_t b;
-    std::memcpy(&b, &v, sizeof b);
-    return b;
-}
-std::uint64_t bitsOf(double v) {
-    std::uint64_t b;
-    std::memcpy(&b, &v, sizeof b);
-    return b;
-}
-
 // Bit for bit, except that any NaN matches any NaN: which operand's payload
 // an operation passes on is the instruction's business, not the filter's.
 template <class T>
 bool identical(T a, T b) {
-    return (std::isnan(a) && std::isnan(b)) || bitsOf(a) == bitsOf(b);
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
 }
 template <class T>
 void expectIdentical(const std::vector<T>& got, const std::vector<T>& want, const char* what) {
@@ -142,70 +127,72 @@ struct StageSet {
 };
 const StageSet allStageSets[] = {{0, false}, {0, true}, {1, false}, {1, true}, {2, false}, {2, true}};
 
+// body(path, stage set, rng) for every available path and every stage set.
+template <class Body>
+void forEachPathAndStageSet(unsigned seed, Body body) {
+    std::mt19937 rng(seed);
+    for (Path path : availablePaths())
+        for (const StageSet& st : allStageSets) {
+            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections " << st.sections
+                                              << (st.first ? " + first order" : ""));
+            body(path, st, rng);
+        }
+}
+
+// The kernels on `in` cut into `cuts` (one block if none) against the plain
+// equations on a copy of `fast`: outputs, the untouched input when out of
+// place, and the final state must all be identical.
+void expectKernelsMatchPlain(Path path, PlainFilter fast, const std::vector<float>& in, bool inPlace,
+                             std::vector<unsigned> cuts = {}) {
+    PlainFilter plain = fast;
+    std::vector<float> want(in.size());
+    for (std::size_t i = 0; i < in.size(); ++i) want[i] = static_cast<float>(plain.step(static_cast<double>(in[i])));
+    if (cuts.empty()) cuts = {static_cast<unsigned>(in.size())};
+    std::vector<float> src = in, dst(in.size(), -7.0f);
+    std::size_t pos = 0;
+    for (unsigned n : cuts) {
+        Mivora::detail::processBlock(path, fast.view(), src.data() + pos, (inPlace ? src : dst).data() + pos, n);
+        pos += n;
+    }
+    ASSERT_EQ(pos, in.size());
+    expectIdentical(inPlace ? src : dst, want, "output");
+    if (!inPlace) expectIdentical(src, in, "input");
+    expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+}
+
 // Stream cuts: single samples, odd sizes around the unrolled and paired
 // kernels' steps and thresholds, and long blocks.
 const std::vector<unsigned> streamCuts[] = {
-    {1, 2, 3, 5, 7},
-    {15, 16, 17, 18, 19},
-    {20, 21, 22, 23, 63},
-    {64, 65, 255, 1001},
-    {4096},
+    {1, 2, 3, 5, 7}, {15, 16, 17, 18, 19}, {20, 21, 22, 23, 63}, {64, 65, 255, 1001}, {4096},
 };
 
 TEST(FastPath, EveryPathMatchesThePlainEquations) {
     ASSERT_TRUE(Mivora::detail::pathAvailable(Path::portable));
-    std::mt19937 rng(20240611);
-    for (Path path : availablePaths()) {
-        for (const StageSet& st : allStageSets) {
-            for (const std::vector<unsigned>& cuts : streamCuts) {
-                for (bool inPlace : {false, true}) {
-                    SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections "
-                                                      << st.sections << (st.first ? " + first order" : "")
-                                                      << (inPlace ? ", in place" : ", separate arrays")
-                                                      << ", first cut " << cuts[0]);
-                    PlainFilter fast = randomFilter(rng, st.sections, st.first);
-                    PlainFilter plain = fast;
-                    std::size_t total = 0;
-                    for (unsigned n : cuts) total += n;
-                    const std::vector<float> in = randomSignal(rng, total);
-
-                    std::vector<float> want(total);
-                    for (std::size_t i = 0; i < total; ++i)
-                        want[i] = static_cast<float>(plain.step(static_cast<double>(in[i])));
-
-                    std::vector<float> src = in, dst(total, -7.0f);
-                    std::size_t pos = 0;
-                    for (unsigned n : cuts) {
-                        float* out = inPlace ? src.data() + pos : dst.data() + pos;
-                        Mivora::detail::processBlock(path, fast.view(), src.data() + pos, out, n);
-                        pos += n;
-                    }
-                    expectIdentical(inPlace ? src : dst, want, "output");
-                    if (!inPlace) expectIdentical(src, in, "input");
-                    expectIdentical(fast.stateValues(), plain.stateValues(), "state");
-                }
+    forEachPathAndStageSet(20240611, [](Path path, const StageSet& st, std::mt19937& rng) {
+        for (const std::vector<unsigned>& cuts : streamCuts)
+            for (bool inPlace : {false, true}) {
+                SCOPED_TRACE(::testing::Message() << (inPlace ? "in place" : "separate arrays") << ", first cut "
+                                                  << cuts[0]);
+                const PlainFilter f = randomFilter(rng, st.sections, st.first);
+                std::size_t total = 0;
+                for (unsigned n : cuts) total += n;
+                expectKernelsMatchPlain(path, f, randomSignal(rng, total), inPlace, cuts);
             }
-        }
-    }
+    });
 }
 
 TEST(FastPath, SingleSamplesMatchThePlainEquationsOnEveryPath) {
-    std::mt19937 rng(77);
-    for (Path path : availablePaths()) {
-        for (const StageSet& st : allStageSets) {
-            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections " << st.sections
-                                              << (st.first ? " + first order" : ""));
-            PlainFilter fast = randomFilter(rng, st.sections, st.first);
-            PlainFilter plain = fast;
-            std::vector<double> got, want;
-            for (float x : randomSignal(rng, 50)) {
-                got.push_back(Mivora::detail::processSample(path, fast.view(), x * 3.0));
-                want.push_back(plain.step(x * 3.0));
-            }
-            expectIdentical(got, want, "output");
-            expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+    forEachPathAndStageSet(77, [](Path path, const StageSet& st, std::mt19937& rng) {
+        PlainFilter fast = randomFilter(rng, st.sections, st.first);
+        PlainFilter plain = fast;
+        std::vector<double> got, want;
+        for (float x : randomSignal(rng, 50)) {
+            got.push_back(Mivora::detail::processSample(path, fast.view(), x * 3.0));
+            want.push_back(plain.step(x * 3.0));
         }
-    }
+        expectIdentical(got, want, "output");
+        expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+    });
 }
 
 // Values that take unusual routes through the arithmetic: signed zeros,
@@ -216,37 +203,23 @@ TEST(FastPath, SpecialValuesTakeTheSameCourseOnEveryPath) {
     const float fsub = std::numeric_limits<float>::denorm_min();
     const float inf = std::numeric_limits<float>::infinity();
     const std::vector<float> pieces[] = {
-        {-0.0f, -0.0f, 0.0f, -0.0f},
-        {fsub, -fsub, 3 * fsub, 1e-40f, -1e-39f},
-        {fmax, fmax, -fmax, 1.0f, fmax},
-        {inf, 0.0f, -inf, 1.0f},
-        {std::nanf(""), 0.0f, 1.0f},
+        {-0.0f, -0.0f, 0.0f, -0.0f},   {fsub, -fsub, 3 * fsub, 1e-40f, -1e-39f}, {fmax, fmax, -fmax, 1.0f, fmax},
+        {inf, 0.0f, -inf, 1.0f},       {std::nanf(""), 0.0f, 1.0f},
     };
-    std::mt19937 rng(5);
-    for (Path path : availablePaths()) {
-        for (const StageSet& st : allStageSets) {
-            // Gains that push results out of range and back into subnormals.
-            for (double scale : {1.0, 1e30, 1e-300}) {
-                SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections "
-                                                  << st.sections << (st.first ? " + first order" : "") << ", scale "
-                                                  << scale);
-                PlainFilter fast = randomFilter(rng, st.sections, st.first);
-                for (double& c : fast.coef) c *= scale;
-                for (double& c : fast.coef1st) c *= scale;
-                PlainFilter plain = fast;
-                // Each special value inside an otherwise ordinary block long
-                // enough for the paired kernel.
-                std::vector<float> in = randomSignal(rng, 40);
-                for (const std::vector<float>& p : pieces) in.insert(in.end() - 20, p.begin(), p.end());
-                std::vector<float> want(in.size()), got = in;
-                for (std::size_t i = 0; i < in.size(); ++i) want[i] = static_cast<float>(plain.step(in[i]));
-                Mivora::detail::processBlock(path, fast.view(), got.data(), got.data(),
-                                             static_cast<unsigned>(got.size()));
-                expectIdentical(got, want, "output");
-                expectIdentical(fast.stateValues(), plain.stateValues(), "state");
-            }
+    forEachPathAndStageSet(5, [&](Path path, const StageSet& st, std::mt19937& rng) {
+        // Gains that push results out of range and back into subnormals.
+        for (double scale : {1.0, 1e30, 1e-300}) {
+            SCOPED_TRACE(::testing::Message() << "scale " << scale);
+            PlainFilter f = randomFilter(rng, st.sections, st.first);
+            for (double& c : f.coef) c *= scale;
+            for (double& c : f.coef1st) c *= scale;
+            // Each special value inside an otherwise ordinary block long
+            // enough for the paired kernel.
+            std::vector<float> in = randomSignal(rng, 40);
+            for (const std::vector<float>& p : pieces) in.insert(in.end() - 20, p.begin(), p.end());
+            expectKernelsMatchPlain(path, f, in, true);
         }
-    }
+    });
 }
 
 // A silent stream from a silent state, with coefficient signs chosen so that
@@ -254,27 +227,17 @@ TEST(FastPath, SpecialValuesTakeTheSameCourseOnEveryPath) {
 // zero's sign (the kernels form some rounded products other than by a plain
 // multiply). The same with every product +0.0.
 TEST(FastPath, SignedZerosPropagateAsInThePlainEquations) {
-    std::mt19937 rng(11);
-    for (Path path : availablePaths()) {
-        for (const StageSet& st : allStageSets) {
-            for (float zero : {0.0f, -0.0f}) {
-                SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", sections "
-                                                  << st.sections << (st.first ? " + first order" : "") << ", input "
-                                                  << (std::signbit(zero) ? "-0" : "+0"));
-                PlainFilter fast = randomFilter(rng, st.sections, st.first);
-                for (double& s : fast.delay) s = zero;
-                for (double& s : fast.delay1st) s = zero;
-                for (double& c : fast.coef) c = std::fabs(c);
-                for (double& c : fast.coef1st) c = std::fabs(c);
-                PlainFilter plain = fast;
-                std::vector<float> got(37, zero), want(37);
-                for (float& w : want) w = static_cast<float>(plain.step(zero));
-                Mivora::detail::processBlock(path, fast.view(), got.data(), got.data(), 37);
-                expectIdentical(got, want, "output");
-                expectIdentical(fast.stateValues(), plain.stateValues(), "state");
-            }
+    forEachPathAndStageSet(11, [](Path path, const StageSet& st, std::mt19937& rng) {
+        for (float zero : {0.0f, -0.0f}) {
+            SCOPED_TRACE(::testing::Message() << "input " << (std::signbit(zero) ? "-0" : "+0"));
+            PlainFilter f = randomFilter(rng, st.sections, st.first);
+            for (double& s : f.delay) s = zero;
+            for (double& s : f.delay1st) s = zero;
+            for (double& c : f.coef) c = std::fabs(c);
+            for (double& c : f.coef1st) c = std::fabs(c);
+            expectKernelsMatchPlain(path, f, std::vector<float>(37, zero), true);
         }
-    }
+    });
 }
 
 // The object's own entry point, whichever path it picks, for every order the

@@ -105,6 +105,9 @@ void reconstruct(IirProcess& f, A... args) noexcept {
     MIVORA_OP(#method "(type)", Design, kSectionDesign, method, d.freq(), d.gainDb(), d.fs(), d.type())
 #define MIVORA_CORNER_SHELF(method) \
     MIVORA_OP(#method, Design, kCoef2, method, d.fs(), d.freq(), d.gainDb(), d.weight(), d.levelDb())
+// A band design: prototype order and band edges, then the listed values.
+#define MIVORA_BAND(method, ...) \
+    MIVORA_OP(#method, Design, kSectionDesign, method, d.protoOrder(), d.bandLow(), d.bandHigh(), __VA_ARGS__)
 
 template <class D>
 inline constexpr Operation<D> kOperations[] = {
@@ -194,16 +197,9 @@ inline constexpr Operation<D> kOperations[] = {
     // ---- band filters ----
     MIVORA_OP("setCoefBPFQfct", Design, kSectionDesign, setCoefBPFQfct, d.freq(), d.q(), d.fs()),
     MIVORA_OP("setCoefBPF_Q", Design, kSectionDesign, setCoefBPF_Q, d.freq(), d.q(), d.fs()),
-    MIVORA_OP("setCoefBPF", Design, kSectionDesign, setCoefBPF, d.protoOrder(), d.bandLow(), d.bandHigh(), d.fs()),
-    MIVORA_OP("setCoefBEF", Design, kSectionDesign, setCoefBEF, d.protoOrder(), d.bandLow(), d.bandHigh(), d.fs()),
-    MIVORA_OP("setCoefBPFChev", Design, kSectionDesign, setCoefBPFChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
-              d.ripple(), d.fs()),
-    MIVORA_OP("setCoefBEFChev", Design, kSectionDesign, setCoefBEFChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
-              d.ripple(), d.fs()),
-    MIVORA_OP("setCoefBPFIChev", Design, kSectionDesign, setCoefBPFIChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
-              d.stopLevel(), d.fs()),
-    MIVORA_OP("setCoefBEFIChev", Design, kSectionDesign, setCoefBEFIChev, d.protoOrder(), d.bandLow(), d.bandHigh(),
-              d.stopLevel(), d.fs()),
+    MIVORA_BAND(setCoefBPF, d.fs()), MIVORA_BAND(setCoefBEF, d.fs()),
+    MIVORA_BAND(setCoefBPFChev, d.ripple(), d.fs()), MIVORA_BAND(setCoefBEFChev, d.ripple(), d.fs()),
+    MIVORA_BAND(setCoefBPFIChev, d.stopLevel(), d.fs()), MIVORA_BAND(setCoefBEFIChev, d.stopLevel(), d.fs()),
 
     // ---- DC filters and all-pass sections ----
     MIVORA_OP("setDcfLPF(freq, fs)", Design, kOddDesign, setDcfLPF, d.freq(), d.fs()),
@@ -247,6 +243,7 @@ inline constexpr Operation<D> kOperations[] = {
 #undef MIVORA_SHELF
 #undef MIVORA_TYPED_SHELF
 #undef MIVORA_CORNER_SHELF
+#undef MIVORA_BAND
 
 template <class D>
 inline constexpr std::size_t kOperationCount = sizeof(kOperations<D>) / sizeof(kOperations<D>[0]);
