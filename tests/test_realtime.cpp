@@ -2,8 +2,8 @@
 // operation table runs with allocation counting on; the table itself only
 // compiles while every operation is noexcept.
 //
-// Counting: in a plain build glibc's malloc family is replaced here by
-// counting forwarders (operator new reaches it through malloc). Sanitizer
+// Counting: in a plain build glibc's malloc family and the global operator
+// new/delete are replaced here by counting forwarders. Sanitizer
 // runtimes own those symbols, so there the sanitizer's allocation hook counts.
 #include <gtest/gtest.h>
 
@@ -58,6 +58,20 @@ int posix_memalign(void** out, std::size_t align, std::size_t n) {
 }
 void free(void* p) { __libc_free(p); }
 }
+
+// The global operator new counts on its own too, so an allocation is seen even
+// where a standard library's operator new does not go through malloc.
+void* operator new(std::size_t n) {
+    countAllocation();
+    void* p = __libc_malloc(n == 0 ? 1 : n);
+    if (p == nullptr) std::abort();  // out of memory in a test: stop loudly
+    return p;
+}
+void* operator new[](std::size_t n) { return operator new(n); }
+void operator delete(void* p) noexcept { __libc_free(p); }
+void operator delete[](void* p) noexcept { __libc_free(p); }
+void operator delete(void* p, std::size_t) noexcept { __libc_free(p); }
+void operator delete[](void* p, std::size_t) noexcept { __libc_free(p); }
 #endif  // otherwise nothing counts, and the counter's self-check below fails
 
 namespace {
