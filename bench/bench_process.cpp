@@ -130,10 +130,6 @@ void decayed(benchmark::State& st) {
 void decayedStraightforward(benchmark::State& st) {
     const IirProcess f = decayedFilter(st);
     PlainFilter p = plainCopy(f);
-    double s[10];
-    f.getDelay(s);
-    std::copy(s, s + 8, p.delay);
-    std::copy(s + 8, s + 10, p.delay1st);
     inPlaceBlocks(st, std::vector<float>(blockArg(st), 0.0f),
                   [&p](float* b, unsigned n) { straightforwardBlock(p, b, b, n); });
 }

@@ -31,24 +31,4 @@ IirProcess busyFilter(int order) {
     return mivora_test::holding(order, c);
 }
 
-std::vector<float> noise(std::size_t n, unsigned seed) {
-    std::mt19937 rng(seed);
-    std::uniform_real_distribution<float> u(-1.0f, 1.0f);
-    std::vector<float> v(n);
-    for (float& x : v) x = u(rng);
-    return v;
-}
-
-PlainFilter plainCopy(const IirProcess& f) {
-    PlainFilter p{};
-    p.sections = f.getEvenOrder() >= 2 ? f.getEvenOrder() / 2 : 0;
-    p.first = f.getOddOrder() != 0;
-    double c[IirProcess::maxCoefCount] = {};
-    f.getCoef(c);
-    for (int i = 0; i < 5 * p.sections; ++i) p.coef[i] = c[i];
-    if (p.first)
-        for (int i = 0; i < 3; ++i) p.coef1st[i] = c[5 * p.sections + i];
-    return p;
-}
-
 }  // namespace mivora_bench

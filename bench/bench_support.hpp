@@ -7,6 +7,8 @@
 
 #include <vector>
 
+#include "plain_filter.hpp"
+
 namespace mivora_bench {
 
 using Mivora::IirProcess;
@@ -14,19 +16,11 @@ using Mivora::IirProcess;
 // A filter of the given order in which every running stage does real work:
 // two peaking sections and a one-pole low-pass, all stable.
 IirProcess busyFilter(int order);
-// Deterministic noise in [-1, 1).
-std::vector<float> noise(std::size_t n, unsigned seed);
-
-// A filter held the plain way: coefficients and state in arrays.
-struct PlainFilter {
-    double coef[10];
-    double delay[8];
-    double coef1st[3];
-    double delay1st[2];
-    int sections;
-    bool first;
-};
-PlainFilter plainCopy(const IirProcess& f);
+// The filter held the plain way (arrays, the formula read literally), and
+// deterministic noise in [-1, 1).
+using mivora_test::noise;
+using mivora_test::plainCopy;
+using mivora_test::PlainFilter;
 
 // Whether the reference loops below can run here (they use FMA3 on x86-64).
 bool referenceLoopsRun();

@@ -10,6 +10,7 @@
 #include <random>
 
 #include "kernel_paths.hpp"
+#include "plain_filter.hpp"
 #include "test_support.hpp"
 
 using namespace mivora_test;
@@ -18,49 +19,7 @@ using Mivora::detail::StageView;
 
 namespace {
 
-// Filter storage laid out as the object's, processed sample by sample with
-// the formula written out: b1*x1 rounded, then b0*x, b2*x2, a1*y1, a2*y2 each
-// added by one fused multiply-add.
-struct PlainFilter {
-    double delay[8];
-    double coef[10];
-    double delay1st[2];
-    double coef1st[3];
-    int sections;
-    bool first;
-
-    double step(double x) {
-        for (int k = 0; k < sections; ++k) {
-            const double* c = coef + 5 * k;
-            double* s = delay + 4 * k;
-            double y = c[1] * s[0];
-            y = std::fma(c[0], x, y);
-            y = std::fma(c[2], s[1], y);
-            y = std::fma(c[3], s[2], y);
-            y = std::fma(c[4], s[3], y);
-            s[1] = s[0];
-            s[0] = x;
-            s[3] = s[2];
-            s[2] = y;
-            x = y;
-        }
-        if (first) {
-            double y = coef1st[1] * delay1st[0];
-            y = std::fma(coef1st[0], x, y);
-            y = std::fma(coef1st[2], delay1st[1], y);
-            delay1st[0] = x;
-            delay1st[1] = y;
-            x = y;
-        }
-        return x;
-    }
-    StageView view() { return {delay, coef, delay1st, coef1st, sections, first}; }
-    std::vector<double> stateValues() const {
-        std::vector<double> s(delay, delay + 8);
-        s.insert(s.end(), delay1st, delay1st + 2);
-        return s;
-    }
-};
+StageView view(PlainFilter& f) { return {f.delay, f.coef, f.delay1st, f.coef1st, f.sections, f.first}; }
 
 // Stable sections (poles at radius < 1) with arbitrary zeros, and a busy state.
 PlainFilter randomFilter(std::mt19937& rng, int sections, bool first) {
@@ -151,7 +110,7 @@ void expectKernelsMatchPlain(Path path, PlainFilter fast, const std::vector<floa
     std::vector<float> src = in, dst(in.size(), -7.0f);
     std::size_t pos = 0;
     for (unsigned n : cuts) {
-        Mivora::detail::processBlock(path, fast.view(), src.data() + pos, (inPlace ? src : dst).data() + pos, n);
+        Mivora::detail::processBlock(path, view(fast), src.data() + pos, (inPlace ? src : dst).data() + pos, n);
         pos += n;
     }
     ASSERT_EQ(pos, in.size());
@@ -187,7 +146,7 @@ TEST(FastPath, SingleSamplesMatchThePlainEquationsOnEveryPath) {
         PlainFilter plain = fast;
         std::vector<double> got, want;
         for (float x : randomSignal(rng, 50)) {
-            got.push_back(Mivora::detail::processSample(path, fast.view(), x * 3.0));
+            got.push_back(Mivora::detail::processSample(path, view(fast), x * 3.0));
             want.push_back(plain.step(x * 3.0));
         }
         expectIdentical(got, want, "output");
