@@ -3,6 +3,8 @@
 #include <mivora/IirProcess.h>
 
 #include <cmath>
+
+#include "math/cr_math.hpp"
 #include <complex>
 
 namespace Mivora {
@@ -14,7 +16,8 @@ using Complex = std::complex<double>;
 // z^-1 = e^(-jw) at the query frequency.
 Complex unitDelay(double freq, double fs) noexcept {
     const double w = (freq * 6.283185307179586) / fs;
-    return Complex(std::cos(w), -std::sin(w));
+    const math::SinCos sc = math::sincos(w);
+    return Complex(sc.cos, -sc.sin);
 }
 
 // B/A formed as B*conj(A) over the real |A|^2, not a library division.
@@ -51,14 +54,14 @@ double IirProcess::power(double freq, double fs) const noexcept {
     Complex h = sectionsProduct(coef, evenOrder, w);
     if (oddOrder != 0) h = h * firstOrderFactor(coef1st, w);
     const double p = std::fma(h.real(), h.real(), h.imag() * h.imag());
-    if (p > 0.0 || std::isnan(p)) return 10.0 * std::log10(p);
+    if (p > 0.0 || std::isnan(p)) return 10.0 * math::log10(p);
     return -100.0;
 }
 
 double IirProcess::phase(double freq, double fs) const noexcept {
     // The first-order section is left out of the phase.
     const Complex h = sectionsProduct(coef, evenOrder, unitDelay(freq, fs));
-    return std::atan2(h.imag(), h.real());
+    return math::atan2(h.imag(), h.real());
 }
 
 }  // namespace Mivora

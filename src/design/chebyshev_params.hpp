@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "section_math.hpp"
 
 namespace Mivora::design {
@@ -27,7 +29,7 @@ inline double stopEpsilon(double stopLevel) noexcept {
 // mu = asinh(1/eps)/n, through the logarithm. n = 0 gives an infinite mu.
 inline double chebyshevMu(double epsilon, int n) noexcept {
     const double u = 1.0 / epsilon;
-    return std::log(u + std::sqrt(u * u + 1.0)) / static_cast<double>(n);
+    return math::log(u + std::sqrt(u * u + 1.0)) / static_cast<double>(n);
 }
 
 // Gain that lowers an even-order Chebyshev pass band from [0, ripple] dB above
@@ -45,7 +47,7 @@ struct ChebyshevPrototype {
 
 inline ChebyshevPrototype chebyshevPrototype(double epsilon, int n) noexcept {
     const double mu = chebyshevMu(epsilon, n);
-    return {n, mu, -std::sinh(mu), std::cosh(mu)};
+    return {n, mu, -math::sinh(mu), math::cosh(mu)};
 }
 
 // One conjugate pole pair sigma +- i*omega of the prototype, at the angle
@@ -61,8 +63,9 @@ struct ChebyshevPair {
 
 inline ChebyshevPair chebyshevPair(const ChebyshevPrototype& proto, int k) noexcept {
     const double phi = (static_cast<double>(2 * k + 1) * kPi) / static_cast<double>(2 * proto.n);
-    const double c = std::cos(phi);
-    const double sigma = std::sin(phi) * proto.negSinhMu;
+    const math::SinCos sc = math::sincos(phi);
+    const double c = sc.cos;
+    const double sigma = sc.sin * proto.negSinhMu;
     const double omega = c * proto.coshMu;
     return {c, sigma, omega, sigma * sigma + omega * omega};
 }

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 namespace Mivora::design {
 
 inline constexpr double kPi = 3.141592653589793;
@@ -12,10 +14,10 @@ inline constexpr double kTwoPi = 6.283185307179586;
 inline constexpr double kSqrt2 = 1.4142135623730951;
 
 // Pre-warped frequency tan(freq*pi/fs): the product freq*pi is formed first.
-inline double prewarp(double freq, double fs) noexcept { return std::tan((freq * kPi) / fs); }
+inline double prewarp(double freq, double fs) noexcept { return math::tan((freq * kPi) / fs); }
 
 // 10^(x) with the one power function every design uses.
-inline double pow10(double x) noexcept { return std::pow(10.0, x); }
+inline double pow10(double x) noexcept { return math::exp10(x); }
 
 // Linear magnitude of |gainDb| as (10^(|g|/20) - 1) + 1: the subtract-and-add
 // is two separate roundings and is kept for exact results.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../chebyshev_params.hpp"
 #include "../section_math.hpp"
 
@@ -25,7 +27,7 @@ LowPassPrototype butterworthLowPass(int order) noexcept {
     p.order = clampProtoOrder(order);
     for (int k = 0; k < factorCount(p); ++k) {
         const double theta = (static_cast<double>(p.order + 1 + 2 * k) * kPi) / static_cast<double>(2 * p.order);
-        p.factors[k] = {{std::cos(theta) * (-2.0), 1.0}, 1.0, false, 0.0};
+        p.factors[k] = {{math::cos(theta) * (-2.0), 1.0}, 1.0, false, 0.0};
     }
     p.realPole = 1.0;
     return p;

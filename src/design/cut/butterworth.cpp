@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../cascade.hpp"
 #include "../section_math.hpp"
 #include "cut_sections.hpp"
@@ -23,7 +25,7 @@ design::Cascade butterworth(Pass pass, int requestedOrder, double freq, double f
         // theta runs from just above pi/2 towards pi: pole pair k lies at
         // cos(theta) +- i sin(theta), factor s^2 - 2 cos(theta) s + 1.
         const double theta = (static_cast<double>(c.order + 1 + 2 * k) * design::kPi) / (n + n);
-        const double lin = (std::cos(theta) * (-2.0)) * t;
+        const double lin = (math::cos(theta) * (-2.0)) * t;
         design::cut::unityCutSection(pass, lin, t * t, c.section[k]);
     }
     if (c.firstOrder) design::cut::firstOrderCutSection(pass, t, c.first);

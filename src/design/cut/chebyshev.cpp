@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../cascade.hpp"
 #include "../chebyshev_params.hpp"
 #include "../section_math.hpp"
@@ -79,7 +81,7 @@ design::Cascade chebyshevCascade(Kind kind, Pass pass, int requestedOrder, doubl
     if (c.firstOrder) {
         // Real pole -sinh(mu); the inverse prototype's is its reciprocal, which
         // swaps whether the high-pass or the low-pass divides by sinh(mu).
-        const double sinhMu = std::sinh(proto.mu);
+        const double sinhMu = math::sinh(proto.mu);
         const bool divide = (pass == Pass::High) == (kind == Kind::Chebyshev);
         design::cut::firstOrderCutSection(pass, divide ? t / sinhMu : t * sinhMu, c.first);
     }

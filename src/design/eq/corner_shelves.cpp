@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../section_math.hpp"
 #include "bilinear_terms.hpp"
 #include "shelf_shapes.hpp"
@@ -24,7 +26,7 @@ double linearLevel(double db) noexcept { return db == -100.0 ? 0.0 : pow10(db / 
 // t scaled by levelFactor^weight. Going through tan(atan()) keeps an infinite
 // factor (a level of -100 dB inverted) at a large but finite corner.
 double placed(double t, double levelFactor, double weight) noexcept {
-    return std::tan(std::atan(t * std::pow(levelFactor, weight)));
+    return math::tan(math::atan(t * math::pow(levelFactor, weight)));
 }
 
 // Low shelf with its flat-side corner at w: A(s + 1)/(As + 1) boost,
@@ -47,7 +49,7 @@ SectionCoefs highShelfAt(double w, double v, bool boost) noexcept {
 
 void IirProcess::setCoefLowShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept {
     const ShelfGain g = shelfGain(gainDb);
-    const double w = std::pow(g.a, 1.0 - weight) * placed(prewarp(freq, fs), linearLevel(levelDb), weight);
+    const double w = math::pow(g.a, 1.0 - weight) * placed(prewarp(freq, fs), linearLevel(levelDb), weight);
     writeSection(0, lowShelfAt(w, g).data());
 }
 
@@ -55,21 +57,21 @@ void IirProcess::setCoefHiShelf_C(double fs, double freq, double gainDb, double 
     // The signed gain here, with -100 dB as silence: a cut to nothing.
     const double v = linearLevel(gainDb);
     const bool boost = gainDb >= 0.0;
-    const double toward = std::pow(v, boost ? -(1.0 - weight) : 1.0 - weight);
+    const double toward = math::pow(v, boost ? -(1.0 - weight) : 1.0 - weight);
     const double w = toward * placed(prewarp(freq, fs), 1.0 / linearLevel(levelDb), weight);
     writeSection(0, highShelfAt(w, v, boost).data());
 }
 
 void IirProcess::setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept {
     const ShelfGain g = shelfGain(gainDb);
-    const double w = std::pow(g.r, 1.0 - weight) * placed(prewarp(freq, fs), std::sqrt(linearLevel(levelDb)), weight);
+    const double w = math::pow(g.r, 1.0 - weight) * placed(prewarp(freq, fs), std::sqrt(linearLevel(levelDb)), weight);
     writeSection(0, quadraticShelf(kLowShelfB, kShelfDamping, w, g).data());
 }
 
 void IirProcess::setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept {
     const ShelfGain g = shelfGain(gainDb);
     const double placedFlat = placed(prewarp(freq, fs), 1.0 / std::sqrt(linearLevel(levelDb)), weight);
-    const double w = placedFlat / std::pow(g.r, 1.0 - weight);
+    const double w = placedFlat / math::pow(g.r, 1.0 - weight);
     writeSection(0, quadraticShelf(kHighShelfB, kShelfDamping, w, g).data());
 }
 

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../section_math.hpp"
 
 namespace Mivora {
@@ -18,9 +20,8 @@ double angular(double freq, double fs) noexcept { return (freq * design::kTwoPi)
 void IirProcess::setAPF1st(double freq, double fs) noexcept {
     changeOrder(2);
     const double w = angular(freq, fs);
-    const double s = std::sin(w);
-    const double c = std::cos(w);
-    const double k = (s - 1.0) / c;
+    const math::SinCos sc = math::sincos(w);
+    const double k = (sc.sin - 1.0) / sc.cos;
     writeSection(0, k, 1.0, 0.0, -k, 0.0);
 }
 
@@ -29,7 +30,7 @@ void IirProcess::setAPF1st(double freq, double fs) noexcept {
 // axis sets the width and equals setAPF1st's k at the same freq.
 void IirProcess::setAPF2nd(double freq, double fs) noexcept {
     changeOrder(2);
-    const double c = std::cos(angular(freq, fs));
+    const double c = math::cos(angular(freq, fs));
     const double t = design::prewarp(freq, fs);
     const double a = (t - 1.0) / (t + 1.0);
     const double ca = c * a;

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+#include "math/cr_math.hpp"
+
 #include "../section_math.hpp"
 
 namespace Mivora {
@@ -15,7 +17,7 @@ namespace {
 // 1 - p for the pole p = exp(-2*pi*freq/fs); the product is grouped as
 // ((freq * -2) * pi) / fs, which the coefficients depend on bit for bit.
 double alphaOfCorner(double freq, double fs) noexcept {
-    return 1.0 - std::exp(((freq * -2.0) * design::kPi) / fs);
+    return 1.0 - math::exp(((freq * -2.0) * design::kPi) / fs);
 }
 
 }  // namespace
