@@ -40,7 +40,7 @@ quiet() {
 }
 
 library_off=(-DMIVORA_BUILD_TESTS=OFF -DMIVORA_BUILD_BENCHMARKS=OFF
-             -DMIVORA_BUILD_TOOLS=OFF -DMIVORA_BUILD_EXAMPLES=OFF)
+             -DMIVORA_BUILD_TOOLS=OFF -DMIVORA_BUILD_EXAMPLES=OFF -DMIVORA_BUILD_PYTHON=OFF)
 
 # install_library NAME SHARED(ON|OFF): build and install into $work/NAME/prefix.
 install_library() {

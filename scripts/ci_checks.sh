@@ -23,7 +23,7 @@ check_tidy() {
     # Compile commands of the library alone; nothing needs building.
     cmake -S . -B build/lint -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DMIVORA_BUILD_TESTS=OFF \
         -DMIVORA_BUILD_BENCHMARKS=OFF -DMIVORA_BUILD_TOOLS=OFF -DMIVORA_BUILD_EXAMPLES=OFF \
-        -DMIVORA_INSTALL=OFF >/dev/null
+        -DMIVORA_INSTALL=OFF -DMIVORA_BUILD_PYTHON=OFF >/dev/null
     run-clang-tidy -p build/lint -j "$JOBS" -quiet "$PWD/src/"
 }
 

@@ -24,6 +24,11 @@ install_missing() {
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
+# The Python module and its tests (scipy is their reference; venv and pip
+# for the offline install check).
+PACKAGES+=(python3-dev pybind11-dev python3-numpy python3-scipy python3-pytest python3-soundfile
+           python3-venv python3-pip python3-setuptools python3-wheel)
+
 jobs=$(nproc 2>/dev/null || echo 2)
 
 # Sourced by another script: provide the lists and install_missing only.

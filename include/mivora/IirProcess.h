@@ -197,6 +197,7 @@ public:
     // gainDb of exactly -100 cuts to silence: output held (weight < 1), or a
     // first-order low-pass at the placed corner (weight 1).
     void setCoefHiShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    // The second-order forms of the two above.
     void setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
 
