@@ -374,7 +374,7 @@ private:
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
     static int clampOrder(int order) noexcept;
     // changeOrder(c.order), then the sections a multi-section design
-    // computed, exactly those its order runs (src/design/cascade.hpp).
+    // computed, exactly those its order runs.
     void applyDesign(const design::Cascade& c) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2

@@ -6,6 +6,7 @@
 #include "audio_filter.hpp"
 #include "demo_gallery.hpp"
 #include "demo_index.hpp"
+#include "numbers.hpp"
 #include "pending_file.hpp"
 #include "response_plot.hpp"
 #include "usage_error.hpp"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr double kFs = 48000.0;
 constexpr FrequencyRange kPlotRange{10.0, 24000.0, 500};
-constexpr double kPi = 3.141592653589793;
 
 // "lowpass --order 4 --freq 1000" as a request; the table holds only well-formed words.
 DesignRequest requestFromWords(const std::string& words) {
