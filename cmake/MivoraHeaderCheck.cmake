@@ -22,9 +22,14 @@ foreach(header IN LISTS mivora_checked_headers)
     list(APPEND mivora_header_units "${unit}")
 endforeach()
 
+# The library's include paths and language level without a dependency on
+# building it: these objects are compiled, never linked.
 add_library(mivora_header_check OBJECT ${mivora_header_units})
-target_include_directories(mivora_header_check PRIVATE ${PROJECT_SOURCE_DIR}/src)
-target_link_libraries(mivora_header_check PRIVATE Mivora::iir mivora_exact_fp mivora_warnings)
+target_include_directories(mivora_header_check PRIVATE
+    ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src)
+target_compile_features(mivora_header_check PRIVATE cxx_std_17)
+set_target_properties(mivora_header_check PROPERTIES CXX_EXTENSIONS OFF)
+target_link_libraries(mivora_header_check PRIVATE mivora_exact_fp mivora_warnings)
 # Internal headers keep helpers in unnamed namespaces for their one includer;
 # alone, those are unused by design.
 target_compile_options(mivora_header_check PRIVATE
