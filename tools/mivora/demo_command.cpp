@@ -86,7 +86,7 @@ std::vector<IndexEntry> writeSounds(const std::filesystem::path& dir, const std:
     for (const GallerySound& s : gallerySounds()) {
         IndexEntry entry{std::string(s.file) + ".wav", s.title, {}};
         filterFile({requestFromWords(s.design), std::nullopt, (dir / sweepFile).string(), (dir / entry.file).string(),
-                    false, false});
+                    false, false, {}});
         entry.commands.push_back("mivora filter " + std::string(s.design) + " --in " + sweepFile + " --out " +
                                  entry.file);
         entries.push_back(entry);
