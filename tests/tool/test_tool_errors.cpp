@@ -98,7 +98,6 @@ std::vector<Case> cases() {
         {{"response", "peak", "--gain", "3", "--from", "900", "--to", "900", "--points", "2"}, "--points must be 1"},
         {{"response", "peak", "--gain", "3", "--at", "900", "--points", "2"}, "--at lists the frequencies itself"},
         {{"response", "peak", "--gain", "3", "--at", "900,24001"}, "--at frequencies must lie in 0 to fs/2"},
-        {{"response", "peak", "--gain", "3", "--at", "900,,1000"}, "--at: '' is not a number"},
         {{"response", "peak", "--gain", "3", "--svg", "missing/plot.svg"}, "cannot write missing/plot.svg"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav"}, "--out"},
         {{"filter", "peak", "--gain", "3", "--in", "absent.wav", "--out", "out.wav"}, "cannot read absent.wav"},

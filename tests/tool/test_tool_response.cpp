@@ -69,28 +69,18 @@ TEST(ToolResponse, SvgPlotIsWrittenAndNamesTheDesign) {
 }
 
 TEST(ToolResponse, ChosenFrequenciesAndASingleOne) {
-    struct Case {
-        std::vector<std::string> args;
-        std::vector<double> freqs;
-    };
-    const Case cases[] = {
-        {{"--at", "1000,2000,0,24000"}, {1000, 2000, 0, 24000}},
-        {{"--from", "1000", "--to", "1000"}, {1000}},
-        {{"--from", "1500", "--to", "1500", "--points", "1"}, {1500}},
-    };
     IirProcess f;
     f.setCoefPDFPQ(1000, 48000, 6, 2);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.args[0] + " " + c.args[1]);
-        std::vector<std::string> args{"response", "peak", "--freq", "1000", "--gain", "6", "--q", "2"};
-        args.insert(args.end(), c.args.begin(), c.args.end());
-        args.insert(args.end(), {"--format", "csv"});
+    for (const auto& [range, freqs] : std::vector<std::pair<std::vector<std::string>, std::vector<double>>>{
+             {{"--at", "1000,2000,0,24000"}, {1000, 2000, 0, 24000}},
+             {{"--from", "1000", "--to", "1000"}, {1000}},
+             {{"--from", "1500", "--to", "1500", "--points", "1"}, {1500}}}) {
+        std::vector<std::string> args{"response", "peak", "--freq", "1000", "--gain", "6", "--q", "2", "--format", "csv"};
+        args.insert(args.end(), range.begin(), range.end());
         const tool_test::Run run = runTool(args);
         ASSERT_EQ(run.exitCode, 0) << run.err;
-        const auto rows = numberRows(run.out);
-        ASSERT_EQ(rows.size(), c.freqs.size());
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            EXPECT_EQ(rows[i], (std::vector<double>{c.freqs[i], f.power(c.freqs[i], 48000), f.phase(c.freqs[i], 48000)}));
-        }
+        std::vector<std::vector<double>> want;
+        for (double x : freqs) want.push_back({x, f.power(x, 48000), f.phase(x, 48000)});
+        EXPECT_EQ(numberRows(run.out), want);
     }
 }
