@@ -7,8 +7,9 @@
 //  - help or version text for stdout, with exit status 0;
 //  - one line of error for stderr, with exit status 2.
 // A command that carries a design must hold checked values: building the
-// filter either gives it or says in one line why not; a response range must
-// lie in (0, fs/2] with at least two points. The same arguments parsed again
+// filter either gives it or says in one line why not; response frequencies
+// must lie in [0, fs/2], a range in (0, fs/2] with one point exactly when it
+// is a single frequency. The same arguments parsed again
 // give the same result.
 #include <cmath>
 #include <cstdint>
@@ -59,8 +60,11 @@ void checkForm(const ParseResult& r) {
         if (const auto* c = std::get_if<ResponseCommand>(&*r.invocation)) {
             checkDesign(c->design);
             const double nyquist = c->design.fs / 2.0;
-            if (!(c->from > 0.0 && c->from < c->to && c->to <= nyquist) || c->points < 2)
-                fail("a response range outside (0, fs/2] or fewer than two points");
+            for (double f : c->at)
+                if (!(f >= 0.0 && f <= nyquist)) fail("a response frequency outside [0, fs/2]");
+            if (c->at.empty() && (!(c->from > 0.0 && c->from <= c->to && c->to <= nyquist) ||
+                                  (c->points == 1) != (c->from == c->to) || c->points < 1))
+                fail("a response range outside (0, fs/2], or one point for a range");
         }
         return;
     }

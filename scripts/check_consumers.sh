@@ -102,8 +102,8 @@ via_subdirectory() {
     run_consumer "$dir/mivora_consumer"
 }
 
-# check_shared_symbols NAME: SONAME libmivora.so.<major>; only IirProcess members
-# exported.
+# check_shared_symbols NAME: SONAME libmivora.so.<major>; only public IirProcess
+# members exported.
 check_shared_symbols() {
     local lib="$work/$1/prefix/lib/libmivora.so"
     step "$1: exported symbols of $(basename "$(readlink -f "$lib")")"
@@ -117,7 +117,14 @@ check_shared_symbols() {
     [ -n "$symbols" ] || fail "the shared library exports nothing"
     foreign="$(grep -v '^Mivora::IirProcess::' <<<"$symbols" || true)"
     [ -z "$foreign" ] || fail "symbols other than Mivora::IirProcess members exported: $foreign"
-    echo "$(wc -l <<<"$symbols") symbols, all Mivora::IirProcess members"
+    # Private members are the library's own business: none may be exported.
+    local name private=()
+    for name in $(sed -n '/^private:/,/^};/p' "$src/include/mivora/IirProcess.h" \
+                  | grep -oE '[A-Za-z_][A-Za-z0-9_]*\(' | tr -d '(' | sort -u); do
+        grep -q "^Mivora::IirProcess::$name(" <<<"$symbols" && private+=("$name")
+    done
+    [ ${#private[@]} -eq 0 ] || fail "private members exported: ${private[*]}"
+    echo "$(wc -l <<<"$symbols") symbols, all public Mivora::IirProcess members"
 }
 
 # check_loads_shared NAME EXE: EXE loads the shared library from NAME's prefix.

@@ -54,7 +54,7 @@ namespace design {
 struct Cascade;
 }
 
-class MIVORA_API IirProcess {
+class IirProcess {
 public:
     // Most second-order sections plus first-order section the object holds.
     static constexpr int maxOrder = 5;
@@ -66,18 +66,18 @@ public:
     // ---- Object life ----------------------------------------------------
 
     // Order 2, all state and coefficients zero (outputs silence until designed).
-    IirProcess() noexcept;
+    MIVORA_API IirProcess() noexcept;
     // As above, storing memAlloc (never used, never owned).
-    explicit IirProcess(VqMemAlloc* memAlloc) noexcept;
+    MIVORA_API explicit IirProcess(VqMemAlloc* memAlloc) noexcept;
     // All state and coefficients zero, then setOrder(order).
-    explicit IirProcess(int order) noexcept;
-    IirProcess(VqMemAlloc* memAlloc, int order) noexcept;
+    MIVORA_API explicit IirProcess(int order) noexcept;
+    MIVORA_API IirProcess(VqMemAlloc* memAlloc, int order) noexcept;
     // Releases nothing.
     ~IirProcess() = default;
 
     // Bytes an IirProcess needs; place it in memory aligned to
     // alignof(IirProcess). Callable before any object exists.
-    static std::size_t CalculateWorkSize() noexcept;
+    MIVORA_API static std::size_t CalculateWorkSize() noexcept;
 
     // ---- Order and state --------------------------------------------------
 
@@ -86,20 +86,20 @@ public:
     // Sections 0..evenOrder/2-1 run when evenOrder >= 2; the first-order
     // section runs when oddOrder != 0; order 0 passes samples through.
     // Clears nothing.
-    void setOrder(int order) noexcept;
+    MIVORA_API void setOrder(int order) noexcept;
     // Zeroes second-order state and coefficients (both sections). Keeps the
     // first-order state and coefficients and the order.
-    void clear() noexcept;
+    MIVORA_API void clear() noexcept;
     // Zeroes all state (second- and first-order). Keeps every coefficient.
-    void clearDelay() noexcept;
+    MIVORA_API void clearDelay() noexcept;
     // Sets x1, x2, y1, y2 of every running second-order section, and x1, y1
     // of the first-order section (running or not), to value.
-    void setDelay(double value) noexcept;
+    MIVORA_API void setDelay(double value) noexcept;
     // Copies the running sections' coefficients into coefOut: section 0 at
     // [0..4], section 1 at [5..9], then the first-order b0 b1 a1. Order 0
     // writes five zeros; a negative even order writes nothing; a negative
     // odd order writes the first-order three. Needs maxCoefCount doubles.
-    void getCoef(double* coefOut) const noexcept;
+    MIVORA_API void getCoef(double* coefOut) const noexcept;
 
     // Read-only inspection.
     int getOrder() const noexcept { return order; }
@@ -108,22 +108,22 @@ public:
     VqMemAlloc* getMemAlloc() const noexcept { return memAlloc; }
     // Copies the whole filter state, 10 doubles: section 0 (x1 x2 y1 y2),
     // section 1 (x1 x2 y1 y2), first-order (x1 y1).
-    void getDelay(double* stateOut) const noexcept;
+    MIVORA_API void getDelay(double* stateOut) const noexcept;
 
     // ---- Processing -------------------------------------------------------
 
     // Filters count samples from in into out, in double precision; in == out
     // (in place) is allowed, other overlaps are not. count 0 touches nothing.
     // Blocks may be of any size: the state carries from call to call.
-    void doProcess(float* in, float* out, unsigned int count) noexcept;
+    MIVORA_API void doProcess(float* in, float* out, unsigned int count) noexcept;
     // Filters one sample and returns the output.
-    double cal(double x) noexcept;
+    MIVORA_API double cal(double x) noexcept;
     // As cal(double), the integer converted exactly.
-    double cal(int x) noexcept;
+    MIVORA_API double cal(int x) noexcept;
     // As cal(double x), but runs second-order sections 0..order/2-1 (order
     // clamped into [-5, 5]); none when the object's evenOrder is 0. The
     // first-order section runs exactly when the object's oddOrder != 0.
-    double cal(int order, double x) noexcept;
+    MIVORA_API double cal(int order, double x) noexcept;
 
     // ---- Peaking EQ (order 2, section 0) ----------------------------------
 
@@ -132,12 +132,12 @@ public:
     // quadratic has Q = q/A. NaN gainDb writes no coefficient.
     // q = 0 or fs = 0 give NaN coefficients; freq = 0 gives (1 - z^-1)^2 over
     // itself.
-    void setCoefPDFPQ(double freq, double fs, double gainDb, double q) noexcept;
+    MIVORA_API void setCoefPDFPQ(double freq, double fs, double gainDb, double q) noexcept;
     // As setCoefPDFPQ, but q is the zero Q when boosting, the pole Q when
     // cutting; the other quadratic has Q = A*q (narrower).
-    void setCoefPDFCQ(double freq, double fs, double gainDb, double q) noexcept;
+    MIVORA_API void setCoefPDFCQ(double freq, double fs, double gainDb, double q) noexcept;
     // Another name for setCoefPDFPQ.
-    void setCoef(double freq, double fs, double gainDb, double q) noexcept;
+    MIVORA_API void setCoef(double freq, double fs, double gainDb, double q) noexcept;
 
     // ---- First-order shelves (order 2, section 0 with b2 = a2 = 0) --------
     // Note the argument order: freq, gainDb, fs. A pole and a zero a factor
@@ -149,17 +149,17 @@ public:
     // 10^(gainDb/20) for HIGS_A) and NaN for HIGS_B.
 
     // Low shelf: gain 10^(gainDb/20) at DC, 1 at fs/2.
-    void setCoefLOWS_A(double freq, double gainDb, double fs) noexcept;
-    void setCoefLOWS_B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_B(double freq, double gainDb, double fs) noexcept;
     // Variant B.
-    void setCoefLOWS(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS(double freq, double gainDb, double fs) noexcept;
     // Variant B when type == 1, variant A for any other type.
-    void setCoefLOWS(double freq, double gainDb, double fs, short type) noexcept;
+    MIVORA_API void setCoefLOWS(double freq, double gainDb, double fs, short type) noexcept;
     // High shelf: gain 1 at DC, 10^(gainDb/20) at fs/2; overloads as above.
-    void setCoefHIGS_A(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_B(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS(double freq, double gainDb, double fs, short type) noexcept;
+    MIVORA_API void setCoefHIGS_A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Second-order shelves (order 2, section 0) ------------------------
     // freq, gainDb, fs as above. Two quadratics with natural frequencies a
@@ -169,19 +169,19 @@ public:
     // Gains at DC and fs/2, inverse cut, 0 dB, NaN gainDb and fs = 0 as for
     // the first-order shelves; freq = 0 gives a constant gain (1, or
     // 10^(gainDb/20) for high shelves) over a double pole on z = 1.
-    void setCoefLOWS_2A(double freq, double gainDb, double fs) noexcept;
-    void setCoefLOWS_2B(double freq, double gainDb, double fs) noexcept;
-    void setCoefLOWS_PM_2A(double freq, double gainDb, double fs) noexcept;
-    void setCoefLOWS_PM_2B(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_2A(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_2B(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_PM_2A(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_PM_2B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_2A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_2B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_PM_2A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_PM_2B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_2A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_2B(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_PM_2A(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_PM_2B(double freq, double gainDb, double fs) noexcept;
     // _2B; with type: _2B when type == 1, _2A otherwise.
-    void setCoefLOWS_2(double freq, double gainDb, double fs) noexcept;
-    void setCoefLOWS_2(double freq, double gainDb, double fs, short type) noexcept;
-    void setCoefHIGS_2(double freq, double gainDb, double fs) noexcept;
-    void setCoefHIGS_2(double freq, double gainDb, double fs, short type) noexcept;
+    MIVORA_API void setCoefLOWS_2(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefLOWS_2(double freq, double gainDb, double fs, short type) noexcept;
+    MIVORA_API void setCoefHIGS_2(double freq, double gainDb, double fs) noexcept;
+    MIVORA_API void setCoefHIGS_2(double freq, double gainDb, double fs, short type) noexcept;
 
     // ---- Shelves with corner placement (section 0 only; no order reset) ---
     // Note fs comes FIRST. freq lands where the straight-line response is
@@ -193,13 +193,13 @@ public:
     // Writes section 0's five coefficients only: order, state, section 1 and
     // the first-order section are untouched, so setOrder(2) first for the
     // shelf to run alone. _C: first order (b2 = a2 = 0); _2C: damping sqrt(2).
-    void setCoefLowShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    MIVORA_API void setCoefLowShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     // gainDb of exactly -100 cuts to silence: output held (weight < 1), or a
     // first-order low-pass at the placed corner (weight 1).
-    void setCoefHiShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    MIVORA_API void setCoefHiShelf_C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
     // The second-order forms of the two above.
-    void setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
-    void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    MIVORA_API void setCoefLowShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
+    MIVORA_API void setCoefHiShelf_2C(double fs, double freq, double gainDb, double weight, double levelDb) noexcept;
 
     // ---- Butterworth high-pass / low-pass (order 1..5) ---------------------
     // Cut filters share these rules. Orders are clamped into [-5, 5] (order 8
@@ -215,11 +215,11 @@ public:
 
     // -3.01 dB (1/sqrt 2) at freq; high-pass: 0 at DC, 1 at fs/2; low-pass the
     // reverse.
-    void setCoefHPF(int order, double freq, double fs) noexcept;
-    void setCoefLPF(int order, double freq, double fs) noexcept;
+    MIVORA_API void setCoefHPF(int order, double freq, double fs) noexcept;
+    MIVORA_API void setCoefLPF(int order, double freq, double fs) noexcept;
     // Second order: exactly setCoefHPF(2, freq, fs) / setCoefLPF(2, freq, fs).
-    void setCoefHPF(double freq, double fs) noexcept;
-    void setCoefLPF(double freq, double fs) noexcept;
+    MIVORA_API void setCoefHPF(double freq, double fs) noexcept;
+    MIVORA_API void setCoefLPF(double freq, double fs) noexcept;
 
     // ---- Chebyshev high-pass / low-pass (pass-band ripple) -----------------
 
@@ -228,8 +228,8 @@ public:
     // (DC for low-pass, fs/2 for high-pass) odd orders give 0 dB, even orders
     // -ripple dB (section 0 carries that gain step). Note ripple stands before
     // fs. ripple <= 0 gives NaN second-order sections.
-    void setCoefHPFChev(int order, double freq, double ripple, double fs) noexcept;
-    void setCoefLPFChev(int order, double freq, double ripple, double fs) noexcept;
+    MIVORA_API void setCoefHPFChev(int order, double freq, double ripple, double fs) noexcept;
+    MIVORA_API void setCoefLPFChev(int order, double freq, double ripple, double fs) noexcept;
 
     // ---- Inverse Chebyshev high-pass / low-pass (equiripple stop band) -----
 
@@ -239,8 +239,8 @@ public:
     // putting a transmission zero in it. Flat pass band, 0 dB at DC (low-pass)
     // or fs/2 (high-pass). Meaningful for stopLevel < 960; 960 makes the
     // sections all-pass and the low-pass first-order section NaN.
-    void setCoefHPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
-    void setCoefLPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
+    MIVORA_API void setCoefHPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
+    MIVORA_API void setCoefLPFIChev(int order, double freq, double stopLevel, double fs) noexcept;
 
     // ---- Second-order cut with Q (order 2, section 0) ----------------------
 
@@ -248,8 +248,8 @@ public:
     // +6.02 dB peak); unity at fs/2 (high-pass) or DC (low-pass). Note the
     // order: freq, q, fs. Never touches the first-order section. q = 0 gives
     // a NaN a2; freq = 0 puts a double pole at z = 1.
-    void setCoefHPFQfct(double freq, double q, double fs) noexcept;
-    void setCoefLPFQfct(double freq, double q, double fs) noexcept;
+    MIVORA_API void setCoefHPFQfct(double freq, double q, double fs) noexcept;
+    MIVORA_API void setCoefLPFQfct(double freq, double q, double fs) noexcept;
 
     // ---- Second-order band-pass with Q (order 2, section 0) ----------------
 
@@ -258,8 +258,8 @@ public:
     // Zero gain at DC and fs/2. Note the order: freq, q, fs; q = 0 gives NaN.
     // setCoefBPFQfct: peak gain q; setCoefBPF_Q: peak gain 1 (0 dB), b0 and b2
     // being setCoefBPFQfct's divided by q.
-    void setCoefBPFQfct(double freq, double q, double fs) noexcept;
-    void setCoefBPF_Q(double freq, double q, double fs) noexcept;
+    MIVORA_API void setCoefBPFQfct(double freq, double q, double fs) noexcept;
+    MIVORA_API void setCoefBPF_Q(double freq, double q, double fs) noexcept;
 
     // ---- Band-pass / band-eliminate (order 2*protoOrder) -------------------
     // A low-pass prototype of protoOrder mapped to the band edges freqLow <
@@ -275,23 +275,23 @@ public:
     // (tan(pi*f0/fs) = sqrt(wLow*wHigh)), zero gain at DC and fs/2.
     // Band-eliminate: 0 dB at DC and fs/2, a null at f0; same poles as the
     // band-pass.
-    void setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
-    void setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
+    MIVORA_API void setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
+    MIVORA_API void setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept;
     // Chebyshev: ripple (dB, > 0) between 0 and -ripple dB in the pass band,
     // exactly -ripple dB at both edges. Band-pass: zero gain at DC and fs/2;
     // at f0 0 dB for protoOrder 1, -ripple dB for 2. Band-eliminate: null at
     // f0; at DC and fs/2 0 dB for protoOrder 1, -ripple dB for 2. ripple = 0
     // gives non-finite coefficients, a negative one NaN.
-    void setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
-    void setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
+    MIVORA_API void setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
+    MIVORA_API void setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept;
     // Inverse Chebyshev: flat pass band, equal-ripple stop band no higher than
     // -As dB, As = 96 - stopLevel/10 (0 -> 96 dB, 400 -> 56 dB); the edges are
     // the stop-band edges, exactly -As dB. Band-pass: 0 dB at f0; at DC and
     // fs/2 a null for protoOrder 1, -As dB for 2. Band-eliminate: 0 dB at DC
     // and fs/2; at f0 a null for protoOrder 1, -As dB for 2. stopLevel 960
     // leaves the poles undamped; above 960 the coefficients are NaN.
-    void setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
-    void setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
+    MIVORA_API void setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
+    MIVORA_API void setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel, double fs) noexcept;
 
     // ---- DC filters and all-pass sections ----------------------------------
 
@@ -299,29 +299,29 @@ public:
     // y = alpha*x + (1 - alpha)*y1, unity at DC, stable for 0 < alpha < 2.
     // The corner form uses alpha = 1 - exp(-2*pi*freq/fs), so freq 0 holds
     // the output at its last value. The first-order state is kept.
-    void setDcfLPF(double freq, double fs) noexcept;
-    void setDcfLPF(double alpha) noexcept;
+    MIVORA_API void setDcfLPF(double freq, double fs) noexcept;
+    MIVORA_API void setDcfLPF(double alpha) noexcept;
     // DC cut in the first-order section alone (order 1):
     // y = g*(x - x1) + g*y1 with g = 1 - alpha/2 (alpha as above): exact zero
     // at DC, gain 2g/(1 + g) at fs/2, stable for 0 < alpha < 4; freq 0 gives
     // g = 1. The first-order state is kept.
-    void setDcfHPF(double freq, double fs) noexcept;
-    void setDcfHPF(double alpha) noexcept;
+    MIVORA_API void setDcfHPF(double freq, double fs) noexcept;
+    MIVORA_API void setDcfHPF(double alpha) noexcept;
     // All-pass sections in section 0 (order 2), 0 dB at every frequency.
     // setAPF1st: (k + z^-1)/(1 + k z^-1), phase -pi/2 at freq (freq 0: k = -1).
     // setAPF2nd: phase +-pi at freq; freq sets both the centre and the width
     // of the phase transition.
-    void setAPF1st(double freq, double fs) noexcept;
-    void setAPF2nd(double freq, double fs) noexcept;
+    MIVORA_API void setAPF1st(double freq, double fs) noexcept;
+    MIVORA_API void setAPF2nd(double freq, double fs) noexcept;
 
     // ---- Response of the filter held now ------------------------------------
 
     // 10*log10 |H(e^jw)|^2 in dB at freq, all running sections; -100.0 for an
     // exact zero. Reads coefficients only, never the state.
-    double power(double freq, double fs) const noexcept;
+    MIVORA_API double power(double freq, double fs) const noexcept;
     // Phase in radians (-pi..pi) of the second-order sections alone: the
     // first-order section is left out.
-    double phase(double freq, double fs) const noexcept;
+    MIVORA_API double phase(double freq, double fs) const noexcept;
 
     // ---- Section transforms (bilinear, pre-warped axis, no 2/T) ------------
     // Each maps one analogue section to five stored coefficients b0 b1 b2 a1
@@ -332,37 +332,37 @@ public:
     // moves to lin = a*t, cst = b*t*t).
 
     // s^2 / (s^2 + lin*s + cst): gain 1 at fs/2, 0 at DC.
-    static void HpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
+    MIVORA_API static void HpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
     // 1 / (s^2 + lin*s + cst): NOTE the numerator is 1, so the gain at DC is
     // 1/cst; multiply b0 b1 b2 by cst for unity (the designs do).
-    static void LpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
+    MIVORA_API static void LpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
     // (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at fs/2, zero/cst at DC, and
     // a transmission zero where the pre-warped frequency is sqrt(zero).
     // zero = 0 gives exactly HpfCoefToZet.
-    static void IChevHpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
+    MIVORA_API static void IChevHpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
     // The same section: equal to IChevHpfCoefToZet bit for bit (the low-pass
     // designs scale b0 b1 b2 for unity at DC).
-    static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
+    MIVORA_API static void IChevLpfCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
     // Band-pass section s / (s^2 + lin*s + cst): gain 1/lin at the frequency
     // whose pre-warped value is sqrt(cst), zero gain at DC and fs/2.
-    static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
+    MIVORA_API static void BpfCoefToZet(double lin, double cst, double* coefOut) noexcept;
     // Band-eliminate section (s^2 + zero) / (s^2 + lin*s + cst): gain 1 at
     // fs/2, zero/cst at DC, a null where the pre-warped frequency is
     // sqrt(zero).
-    static void BefCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
+    MIVORA_API static void BefCoefToZet(double lin, double cst, double zero, double* coefOut) noexcept;
     // Low-pass to band-pass map of one prototype factor s^2 + lin*s + cst with
     // complex roots (4*cst > lin^2), for pre-warped edges wLow < wHigh: the
     // two band factors s^2 + lin1*s + cst1 (upper pole pair, cst1 > wLow*wHigh)
     // and s^2 + lin2*s + cst2 (lower pair), whose product is
     // (s^2 + W2)^2 + lin*BW*s*(s^2 + W2) + cst*BW^2*s^2, BW = wHigh - wLow,
     // W2 = wLow*wHigh. Real roots give NaN.
-    static void BpfCoefTrans(double lin, double cst, double wLow, double wHigh,
+    MIVORA_API static void BpfCoefTrans(double lin, double cst, double wLow, double wHigh,
                              double* lin1, double* cst1, double* lin2, double* cst2) noexcept;
     // Band map of a prototype zero factor s^2 + zero (zero >= 0) for the same
     // edges: (s^2 + zeroHigh)(s^2 + zeroLow) = (s^2 + W2)^2 + zero*BW^2*s^2,
     // so zeroHigh*zeroLow = W2^2 and sqrt(zeroHigh) - sqrt(zeroLow) =
     // BW*sqrt(zero).
-    static void BuboCoefTrans(double wLow, double wHigh, double zero,
+    MIVORA_API static void BuboCoefTrans(double wLow, double wHigh, double zero,
                               double* zeroHigh, double* zeroLow) noexcept;
 
 private:
@@ -375,7 +375,7 @@ private:
     void writeFirstOrder(double b0, double b1, double a1) noexcept;
     static int clampOrder(int order) noexcept;
     // changeOrder(c.order), then the sections a multi-section design
-    // computed, exactly those its order runs (src/design/cascade.hpp).
+    // computed, exactly those its order runs.
     void applyDesign(const design::Cascade& c) noexcept;
 
     double delay[8];      // per section: x1 x2 y1 y2

@@ -2,10 +2,11 @@
 // there is no need to include it directly.
 //
 // The library is compiled with hidden visibility, so a shared build exports
-// only what is marked MIVORA_API. Nothing needs defining to use either build
-// with GCC or Clang. On Windows a shared build defines MIVORA_SHARED for its
-// users (the CMake package and mivora.pc both pass it on) so that the class is
-// imported from the DLL; MIVORA_BUILDING is defined only while the library
+// only what is marked MIVORA_API: the public member functions, never the
+// private ones. Nothing needs defining to use either build with GCC or Clang.
+// On Windows a shared build defines MIVORA_SHARED for its users (the CMake
+// package and mivora.pc both pass it on) so that the members are imported
+// from the DLL; MIVORA_BUILDING is defined only while the library
 // itself is compiled. Define MIVORA_API yourself to override all of this.
 #ifndef MIVORA_EXPORT_H
 #define MIVORA_EXPORT_H

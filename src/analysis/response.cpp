@@ -3,9 +3,10 @@
 #include <mivora/IirProcess.h>
 
 #include <cmath>
-
-#include "math/cr_math.hpp"
 #include <complex>
+
+#include "design/section_math.hpp"
+#include "math/cr_math.hpp"
 
 namespace Mivora {
 
@@ -15,7 +16,7 @@ using Complex = std::complex<double>;
 
 // z^-1 = e^(-jw) at the query frequency.
 Complex unitDelay(double freq, double fs) noexcept {
-    const double w = (freq * 6.283185307179586) / fs;
+    const double w = (freq * design::kTwoPi) / fs;
     const math::SinCos sc = math::sincos(w);
     return Complex(sc.cos, -sc.sin);
 }

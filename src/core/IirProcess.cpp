@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "design/cascade.hpp"
+
 namespace Mivora {
 
 namespace {
@@ -95,6 +97,12 @@ void IirProcess::writeFirstOrder(double b0, double b1, double a1) noexcept {
     coef1st[0] = b0;
     coef1st[1] = b1;
     coef1st[2] = a1;
+}
+
+void IirProcess::applyDesign(const design::Cascade& c) noexcept {
+    changeOrder(c.order);
+    for (int k = 0; k < c.sections; ++k) writeSection(k, c.section[k]);
+    if (c.firstOrder) writeFirstOrder(c.first[0], c.first[1], c.first[2]);
 }
 
 }  // namespace Mivora

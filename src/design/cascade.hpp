@@ -1,7 +1,8 @@
 // What a multi-section design computes before it touches the object: the
 // order it builds (clamped like every order) and the coefficients of exactly
-// the sections that order runs. IirProcess::applyDesign then performs the
-// order reset and writes them, so no design indexes the object's storage.
+// the sections that order runs. IirProcess::applyDesign (src/core) then
+// performs the order reset and writes them, so no design indexes the
+// object's storage.
 #ifndef MIVORA_CASCADE_HPP
 #define MIVORA_CASCADE_HPP
 
@@ -30,15 +31,5 @@ struct Cascade {
 };
 
 }  // namespace Mivora::design
-
-namespace Mivora {
-
-inline void IirProcess::applyDesign(const design::Cascade& c) noexcept {
-    changeOrder(c.order);
-    for (int k = 0; k < c.sections; ++k) writeSection(k, c.section[k]);
-    if (c.firstOrder) writeFirstOrder(c.first[0], c.first[1], c.first[2]);
-}
-
-}  // namespace Mivora
 
 #endif

@@ -67,3 +67,20 @@ TEST(ToolResponse, SvgPlotIsWrittenAndNamesTheDesign) {
     EXPECT_NE(svg.find("url(#mag)"), std::string::npos);
     EXPECT_NE(svg.find("url(#phase)"), std::string::npos);
 }
+
+TEST(ToolResponse, ChosenFrequenciesAndASingleOne) {
+    IirProcess f;
+    f.setCoefPDFPQ(1000, 48000, 6, 2);
+    for (const auto& [range, freqs] : std::vector<std::pair<std::vector<std::string>, std::vector<double>>>{
+             {{"--at", "1000,2000,0,24000"}, {1000, 2000, 0, 24000}},
+             {{"--from", "1000", "--to", "1000"}, {1000}},
+             {{"--from", "1500", "--to", "1500", "--points", "1"}, {1500}}}) {
+        std::vector<std::string> args{"response", "peak", "--freq", "1000", "--gain", "6", "--q", "2", "--format", "csv"};
+        args.insert(args.end(), range.begin(), range.end());
+        const tool_test::Run run = runTool(args);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        std::vector<std::vector<double>> want;
+        for (double x : freqs) want.push_back({x, f.power(x, 48000), f.phase(x, 48000)});
+        EXPECT_EQ(numberRows(run.out), want);
+    }
+}

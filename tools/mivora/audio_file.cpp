@@ -114,9 +114,4 @@ void AudioWriter::commit() {
     pending_->commit();
 }
 
-int outputFormat(const SF_INFO& input, bool asFloat) {
-    if (!asFloat) return input.format;
-    return (input.format & (SF_FORMAT_TYPEMASK | SF_FORMAT_ENDMASK)) | SF_FORMAT_FLOAT;
-}
-
 }  // namespace mivora_tool

@@ -51,9 +51,6 @@ private:
     std::vector<float> rounded_;
 };
 
-// The input's format, or the same container with 32-bit float samples.
-int outputFormat(const SF_INFO& input, bool asFloat);
-
 }  // namespace mivora_tool
 
 #endif

@@ -1,6 +1,7 @@
 #include "audio_filter.hpp"
 
 #include "audio_file.hpp"
+#include "audio_formats.hpp"
 #include "progress_bar.hpp"
 #include "usage_error.hpp"
 
@@ -60,7 +61,8 @@ Design filterFile(const FilterJob& job) {
     const int channels = info.channels;
     std::vector<Mivora::IirProcess> filters(static_cast<std::size_t>(channels));
     for (Mivora::IirProcess& f : filters) design.applyTo(f);
-    AudioWriter writer(job.outPath, outputFormat(info, job.asFloat), channels, info.samplerate);
+    AudioWriter writer(job.outPath, outputFormat(info, {job.outPath, job.container, job.asFloat}), channels,
+                       info.samplerate);
 
     const InterruptGuard guard;
     ProgressBar progress("filtering " + job.inPath, static_cast<double>(info.frames),

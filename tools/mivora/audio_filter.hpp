@@ -16,10 +16,12 @@ struct FilterJob {
     std::string outPath;
     bool asFloat = false;
     bool showProgress = false;  // a bar on a terminal, for long files
+    std::string container;      // --format; empty: outPath's extension names it
 };
 
-// Writes outPath whole or not at all; returns the design as resolved
-// against the rate used. Throws UsageError for any bad input.
+// Writes outPath whole or not at all, in the container its extension (or
+// container) names; returns the design as resolved against the rate used.
+// Throws UsageError for any bad input.
 Design filterFile(const FilterJob& job);
 
 }  // namespace mivora_tool

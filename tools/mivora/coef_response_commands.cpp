@@ -16,7 +16,8 @@ void runCoef(const CoefCommand& command, std::ostream& out) {
 void runResponse(const ResponseCommand& command, std::ostream& out) {
     const Design& design = command.design;
     if (command.format) {
-        const auto freqs = logSpaced(command.from, command.to, command.points);
+        const std::vector<double> freqs =
+            command.at.empty() ? logSpaced(command.from, command.to, command.points) : command.at;
         out << formatResponse(design, sampleResponse(design.build(), design.fs, freqs), *command.format);
     }
     if (!command.svgPath.empty()) {

@@ -94,12 +94,13 @@ struct Parser {
     std::string listFamily;
     DesignOptions coefDesign, responseDesign, filterDesign;
     std::string coefFormat = "text";
-    std::string tableFormat, fromText, toText, pointsText, svgPath;
+    std::string tableFormat, fromText, toText, pointsText, atText, svgPath;
+    CLI::Option* atOpt = nullptr;
     CLI::Option* fromOpt = nullptr;
     CLI::Option* toOpt = nullptr;
     CLI::Option* pointsOpt = nullptr;
     CLI::Option* tableFormatOpt = nullptr;
-    std::string inPath, outPath, demoDir = "mivora-demo";
+    std::string inPath, outPath, container, demoDir = "mivora-demo";
     bool asFloat = false;
 
     Parser() {
@@ -118,14 +119,19 @@ struct Parser {
         fromOpt = response->add_option("--from", fromText, "lowest frequency, Hz (default 10)");
         toOpt = response->add_option("--to", toText, "highest frequency, Hz (default fs/2)");
         pointsOpt = response->add_option("--points", pointsText,
-                                         "frequencies, log-spaced (default 31, or 400 for --svg)");
+                                         "frequencies, log-spaced (default 31, or 400 for --svg; 1 when from = to)");
+        atOpt = response->add_option("--at", atText, "these frequencies instead, Hz, comma-separated (1000,2000)");
         tableFormatOpt = response->add_option("--format", tableFormat, "table as text, csv or json");
         response->add_option("--svg", svgPath, "write a plot of magnitude and phase to this file");
 
         filter = app.add_subcommand("filter", "run an audio file through a design, each channel on its own");
         filterDesign.declare(*filter, "sampling frequency the design assumes, Hz (default: the file's rate)");
         filter->add_option("--in", inPath, "input audio file (any format libsndfile reads)")->required();
-        filter->add_option("--out", outPath, "output file, in the input's format")->required();
+        filter->add_option("--out", outPath,
+                           "output file, in the container its extension names (wav, flac, ogg, opus, mp3, aiff, "
+                           "caf, ...), with the input's sample format where that container holds it")
+            ->required();
+        filter->add_option("--format", container, "the output container whatever the extension (flac, wav, ...)");
         filter->add_flag("--float", asFloat, "write 32-bit float samples instead");
 
         demo = app.add_subcommand("demo", "a gallery of response plots, an index page and filtered sweeps");
@@ -153,7 +159,9 @@ struct Parser {
         if (filter->parsed()) {
             rejectLeftovers(*filter);
             if (inPath == outPath) throw UsageError("--out must differ from --in: the input is never overwritten");
-            FilterCommand c{filterDesign.request(), filterDesign.sampleRate(), inPath, outPath, asFloat};
+            if (filter->get_option("--format")->count() > 0 && container.empty())
+                throw UsageError("--format needs a container name such as flac or wav");
+            FilterCommand c{filterDesign.request(), filterDesign.sampleRate(), inPath, outPath, container, asFloat};
             resolveDesign(c.request, c.fs);  // everything but the rate is checked before any file is opened
             return c;
         }
@@ -173,15 +181,42 @@ struct Parser {
                 tableFormat, {{"text", TableFormat::Text}, {"json", TableFormat::Json}, {"csv", TableFormat::Csv}});
         else if (svgPath.empty())
             c.format = TableFormat::Text;
+        if (atOpt->count() > 0) {
+            if (fromOpt->count() + toOpt->count() + pointsOpt->count() > 0 || !svgPath.empty())
+                throw UsageError("--at lists the frequencies itself: give it without --from, --to, --points, --svg");
+            c.at = frequencyList(atText, fs);
+            return c;
+        }
         c.from = fromOpt->count() ? parseNumber("from", fromText) : std::min(10.0, fs / 200.0);
         c.to = toOpt->count() ? parseNumber("to", toText) : fs / 2.0;
-        if (!(c.from > 0.0) || !(c.from < c.to) || !(c.to <= fs / 2.0))
-            throw UsageError("--from and --to must satisfy 0 < from < to <= fs/2 = " + shortNumber(fs / 2.0) +
+        if (!(c.from > 0.0) || !(c.from <= c.to) || !(c.to <= fs / 2.0))
+            throw UsageError("--from and --to must satisfy 0 < from <= to <= fs/2 = " + shortNumber(fs / 2.0) +
                              " Hz (got " + shortNumber(c.from) + " and " + shortNumber(c.to) + ")");
-        const long fallbackPoints = svgPath.empty() ? 31 : 400;
-        c.points = static_cast<int>(pointsOpt->count() ? parseWholeNumber("points", pointsText, 2, 100000)
+        const bool one = c.from == c.to;
+        if (one && !svgPath.empty()) throw UsageError("--svg plots a range: it needs --from below --to");
+        const long fallbackPoints = one ? 1 : svgPath.empty() ? 31 : 400;
+        c.points = static_cast<int>(pointsOpt->count() ? parseWholeNumber("points", pointsText, 1, 100000)
                                                         : fallbackPoints);
+        if ((c.points == 1) != one)
+            throw UsageError(one ? "--from equals --to, one frequency: --points must be 1 there"
+                                 : "--points 1 needs --from equal to --to (or --at for chosen frequencies)");
         return c;
+    }
+
+    // "1000,2000" as frequencies, each within [0, fs/2].
+    static std::vector<double> frequencyList(const std::string& text, double fs) {
+        std::vector<double> freqs;
+        std::size_t start = 0;
+        for (;;) {
+            const std::size_t comma = text.find(',', start);
+            const double f = parseNumber("at", text.substr(start, comma - start));
+            if (!(f >= 0.0 && f <= fs / 2.0))
+                throw UsageError("--at frequencies must lie in 0 to fs/2 = " + shortNumber(fs / 2.0) + " Hz (got " +
+                                 shortNumber(f) + ")");
+            freqs.push_back(f);
+            if (comma == std::string::npos) return freqs;
+            start = comma + 1;
+        }
     }
 };
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace mivora_tool {
 
@@ -26,6 +27,9 @@ struct CoefCommand {
 
 struct ResponseCommand {
     Design design;
+    // The frequencies: `at` when given, else `points` log-spaced from `from`
+    // to `to` (one point when from == to).
+    std::vector<double> at;
     double from = 0.0;
     double to = 0.0;
     int points = 0;
@@ -38,6 +42,7 @@ struct FilterCommand {
     std::optional<double> fs;   // overrides the input's rate
     std::string inPath;
     std::string outPath;
+    std::string container;  // --format; empty: the one outPath's extension names
     bool asFloat = false;
 };
 

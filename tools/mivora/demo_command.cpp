@@ -6,6 +6,7 @@
 #include "audio_filter.hpp"
 #include "demo_gallery.hpp"
 #include "demo_index.hpp"
+#include "numbers.hpp"
 #include "pending_file.hpp"
 #include "response_plot.hpp"
 #include "usage_error.hpp"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr double kFs = 48000.0;
 constexpr FrequencyRange kPlotRange{10.0, 24000.0, 500};
-constexpr double kPi = 3.141592653589793;
 
 // "lowpass --order 4 --freq 1000" as a request; the table holds only well-formed words.
 DesignRequest requestFromWords(const std::string& words) {
@@ -86,7 +86,7 @@ std::vector<IndexEntry> writeSounds(const std::filesystem::path& dir, const std:
     for (const GallerySound& s : gallerySounds()) {
         IndexEntry entry{std::string(s.file) + ".wav", s.title, {}};
         filterFile({requestFromWords(s.design), std::nullopt, (dir / sweepFile).string(), (dir / entry.file).string(),
-                    false, false});
+                    false, false, {}});
         entry.commands.push_back("mivora filter " + std::string(s.design) + " --in " + sweepFile + " --out " +
                                  entry.file);
         entries.push_back(entry);

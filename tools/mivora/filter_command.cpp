@@ -6,7 +6,8 @@ namespace mivora_tool {
 
 void runFilter(const FilterCommand& command, std::ostream& out) {
     const Design design =
-        filterFile({command.request, command.fs, command.inPath, command.outPath, command.asFloat, true});
+        filterFile({command.request, command.fs, command.inPath, command.outPath, command.asFloat, true,
+                    command.container});
     out << "wrote " << command.outPath << " (" << design.call() << ")\n";
 }
 

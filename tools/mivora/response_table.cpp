@@ -11,6 +11,7 @@
 namespace mivora_tool {
 
 std::vector<double> logSpaced(double from, double to, int points) {
+    if (points == 1) return {from};
     std::vector<double> freqs;
     const double ratio = std::log(to / from);
     for (int i = 0; i < points; ++i) freqs.push_back(from * std::exp(ratio * i / (points - 1)));

@@ -16,7 +16,7 @@ struct ResponsePoint {
 };
 
 // `points` frequencies from `from` to `to` (both exactly), evenly spaced
-// on a log axis.
+// on a log axis; one point is `from` alone.
 std::vector<double> logSpaced(double from, double to, int points);
 
 std::vector<ResponsePoint> sampleResponse(const Mivora::IirProcess& filter, double fs,

@@ -13,7 +13,6 @@ namespace mivora_tool {
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kWidth = 960, kHeight = 660;
 constexpr double kLeft = 84, kRight = kWidth - 36;
 constexpr double kLegendY = 84;

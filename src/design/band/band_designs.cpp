@@ -11,44 +11,44 @@ namespace Mivora {
 
 namespace {
 
-using design::BandKind;
+using design::band::BandKind;
 
-design::Cascade band(const design::LowPassPrototype& prototype, BandKind kind, double freqLow, double freqHigh,
+design::Cascade band(const design::band::LowPassPrototype& prototype, BandKind kind, double freqLow, double freqHigh,
                           double fs) noexcept {
-    return design::bandSections(prototype, kind, design::bandEdges(freqLow, freqHigh, fs));
+    return design::band::bandSections(prototype, kind, design::band::bandEdges(freqLow, freqHigh, fs));
 }
 
 }  // namespace
 
 void IirProcess::setCoefBPF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept {
-    const design::LowPassPrototype p = design::butterworthLowPass(protoOrder);
+    const design::band::LowPassPrototype p = design::band::butterworthLowPass(protoOrder);
     applyDesign(band(p, BandKind::Pass, freqLow, freqHigh, fs));
 }
 
 void IirProcess::setCoefBEF(int protoOrder, double freqLow, double freqHigh, double fs) noexcept {
-    const design::LowPassPrototype p = design::butterworthLowPass(protoOrder);
+    const design::band::LowPassPrototype p = design::band::butterworthLowPass(protoOrder);
     applyDesign(band(p, BandKind::Eliminate, freqLow, freqHigh, fs));
 }
 
 void IirProcess::setCoefBPFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept {
-    const design::LowPassPrototype p = design::chebyshevLowPass(protoOrder, ripple);
+    const design::band::LowPassPrototype p = design::band::chebyshevLowPass(protoOrder, ripple);
     applyDesign(band(p, BandKind::Pass, freqLow, freqHigh, fs));
 }
 
 void IirProcess::setCoefBEFChev(int protoOrder, double freqLow, double freqHigh, double ripple, double fs) noexcept {
-    const design::LowPassPrototype p = design::chebyshevLowPass(protoOrder, ripple);
+    const design::band::LowPassPrototype p = design::band::chebyshevLowPass(protoOrder, ripple);
     applyDesign(band(p, BandKind::Eliminate, freqLow, freqHigh, fs));
 }
 
 void IirProcess::setCoefBPFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel,
                                  double fs) noexcept {
-    const design::LowPassPrototype p = design::inverseChebyshevLowPass(protoOrder, stopLevel);
+    const design::band::LowPassPrototype p = design::band::inverseChebyshevLowPass(protoOrder, stopLevel);
     applyDesign(band(p, BandKind::Pass, freqLow, freqHigh, fs));
 }
 
 void IirProcess::setCoefBEFIChev(int protoOrder, double freqLow, double freqHigh, double stopLevel,
                                  double fs) noexcept {
-    const design::LowPassPrototype p = design::inverseChebyshevLowPass(protoOrder, stopLevel);
+    const design::band::LowPassPrototype p = design::band::inverseChebyshevLowPass(protoOrder, stopLevel);
     applyDesign(band(p, BandKind::Eliminate, freqLow, freqHigh, fs));
 }
 

@@ -2,7 +2,7 @@
 
 #include "../section_math.hpp"
 
-namespace Mivora::design {
+namespace Mivora::design::band {
 
 namespace {
 
@@ -77,4 +77,4 @@ Cascade bandSections(const LowPassPrototype& prototype, BandKind kind, const Ban
     return s;
 }
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::band

@@ -8,7 +8,7 @@
 #include "../cascade.hpp"
 #include "low_pass_prototype.hpp"
 
-namespace Mivora::design {
+namespace Mivora::design::band {
 
 // Pre-warped band edges and the two numbers the band map is made of.
 struct BandEdges {
@@ -26,6 +26,6 @@ enum class BandKind { Pass, Eliminate };
 // an odd order's real pole gives the last section.
 Cascade bandSections(const LowPassPrototype& prototype, BandKind kind, const BandEdges& edges) noexcept;
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::band
 
 #endif

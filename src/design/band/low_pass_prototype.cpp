@@ -8,7 +8,7 @@
 #include "../chebyshev_params.hpp"
 #include "../section_math.hpp"
 
-namespace Mivora::design {
+namespace Mivora::design::band {
 
 namespace {
 
@@ -68,4 +68,4 @@ LowPassPrototype inverseChebyshevLowPass(int order, double stopLevel) noexcept {
     return p;
 }
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::band

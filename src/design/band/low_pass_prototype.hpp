@@ -6,7 +6,7 @@
 
 #include <mivora/IirProcess.h>
 
-namespace Mivora::design {
+namespace Mivora::design::band {
 
 // s^2 + lin*s + cst.
 struct Quadratic {
@@ -46,6 +46,6 @@ LowPassPrototype chebyshevLowPass(int order, double ripple) noexcept;
 // are the reciprocals of the Chebyshev ones, with zeros at +-j/cos(theta).
 LowPassPrototype inverseChebyshevLowPass(int order, double stopLevel) noexcept;
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::band
 
 #endif

@@ -6,11 +6,12 @@
 
 #include <mivora/IirProcess.h>
 
+#include "../section_math.hpp"
+
 namespace Mivora::design::cut {
 
 enum class Pass { High, Low };
 
-// b0, b1, b2 times g; the feedback coefficients stay.
 // Section of s^2/(s^2 + lin*s + cst) (high-pass) or cst/(s^2 + lin*s + cst)
 // (low-pass): unity gain at the pass-band end either way.
 inline void unityCutSection(Pass pass, double lin, double cst, double* c) noexcept {

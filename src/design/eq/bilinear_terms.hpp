@@ -8,7 +8,7 @@
 
 #include <array>
 
-namespace Mivora::design {
+namespace Mivora::design::eq {
 
 // b0 b1 b2 a1 a2, feedback coefficients with the stored (added) sign.
 using SectionCoefs = std::array<double, 5>;
@@ -47,6 +47,6 @@ inline Quadratic quadratic(double lin, double sq) noexcept {
     return {(lin + 1.0) + sq, 1.0 - sq, (1.0 - lin) + sq, (lin - 1.0) - sq};
 }
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::eq
 
 #endif

@@ -19,6 +19,7 @@ namespace Mivora {
 namespace {
 
 using namespace design;
+using namespace design::eq;
 
 // Linear level of a dB value; exactly -100 dB stands for silence, 0.
 double linearLevel(double db) noexcept { return db == -100.0 ? 0.0 : pow10(db / 20.0); }

@@ -14,6 +14,7 @@ namespace Mivora {
 namespace {
 
 using namespace design;
+using namespace design::eq;
 
 // 10^(gainDb/20) from the signed gain: below 1 for a cut.
 double signedGain(double gainDb) noexcept { return pow10(gainDb / 20.0); }

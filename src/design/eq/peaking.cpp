@@ -35,8 +35,8 @@ bool peakCoefficients(QOn given, double freq, double fs, double gainDb, double q
     }
 
     const double tt = t * t;
-    const design::Quadratic num = design::quadratic(p, tt);
-    const design::Quadratic den = design::quadratic(d, tt);
+    const design::eq::Quadratic num = design::eq::quadratic(p, tt);
+    const design::eq::Quadratic den = design::eq::quadratic(d, tt);
     c[0] = num.x0 / den.x0;
     c[1] = (num.x1 * (-2.0)) / den.x0;
     c[2] = num.x2 / den.x0;

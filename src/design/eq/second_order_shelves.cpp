@@ -12,6 +12,7 @@ namespace Mivora {
 namespace {
 
 using namespace design;
+using namespace design::eq;
 
 SectionCoefs shelf(const QuadraticShelf& shape, double k, double freq, double gainDb,
                    double fs) noexcept {

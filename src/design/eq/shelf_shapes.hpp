@@ -8,7 +8,7 @@
 #include "../section_math.hpp"
 #include "bilinear_terms.hpp"
 
-namespace Mivora::design {
+namespace Mivora::design::eq {
 
 // A = 10^(|gainDb|/20) (never below 1) and r = sqrt(A). gainDb >= 0 boosts,
 // -0.0 included; anything else cuts, NaN too, so a NaN gain still writes
@@ -76,6 +76,6 @@ inline SectionCoefs quadraticShelf(const QuadraticShelf& shape, double k, double
     return {level(n.x0 / d), level((n.x1 * -2.0) / d), level(n.x2 / d), (m.x1 + m.x1) / d, m.x2neg / d};
 }
 
-}  // namespace Mivora::design
+}  // namespace Mivora::design::eq
 
 #endif
