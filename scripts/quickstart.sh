@@ -17,7 +17,7 @@ BENCH_NEEDS=(lib:benchmark:libbenchmark-dev)
 # The Python module and its tests (scipy is their reference; venv and pip for
 # the offline install check): py is a module Debian's python3 imports, pyh
 # its C headers.
-PYTHON_NEEDS=(pyh:Python.h:python3-dev lib:pybind11:pybind11-dev py:numpy:python3-numpy
+PYTHON_NEEDS=(pyh:Python.h:python3-dev py:pybind11:python3-pybind11 py:numpy:python3-numpy
               py:scipy:python3-scipy py:pytest:python3-pytest py:soundfile:python3-soundfile
               py:ensurepip:python3-venv py:pip:python3-pip py:setuptools:python3-setuptools
               py:wheel:python3-wheel)
