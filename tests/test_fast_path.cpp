@@ -211,11 +211,10 @@ TEST(FastPath, DoProcessMatchesThePlainEquationsAtEveryOrder) {
                 IirProcess f(order);
                 const int even = f.getEvenOrder();
                 PlainFilter plain = randomFilter(rng, even >= 2 ? even / 2 : 0, f.getOddOrder() != 0);
-                // The object's doubles: delay[8], coef[10], delay1st[2], coef1st[3].
-                plant(f, 0, plain.delay, 8);
-                plant(f, kCoefOffset, plain.coef, 10);
-                plant(f, kCoefOffset + 10, plain.delay1st, 2);
-                plant(f, kCoef1stOffset, plain.coef1st, 3);
+                std::copy_n(plain.delay, 8, field(f, kDelayField).first);
+                std::copy_n(plain.coef, 10, field(f, kCoefField).first);
+                std::copy_n(plain.delay1st, 2, field(f, kDelay1stField).first);
+                std::copy_n(plain.coef1st, 3, field(f, kCoef1stField).first);
 
                 const std::vector<float> in = randomSignal(rng, n);
                 std::vector<float> want(n);

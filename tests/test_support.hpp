@@ -1,5 +1,4 @@
-// Helpers shared by the tests: raw access to the object's doubles, an
-// independent response evaluation, the analogue prototypes the cut and band
+// Helpers shared by the tests: an independent response evaluation, the analogue prototypes the cut and band
 // designs follow, and one checker for worked coefficient rows.
 #ifndef MIVORA_TEST_SUPPORT_HPP
 #define MIVORA_TEST_SUPPORT_HPP
@@ -11,36 +10,15 @@
 #include <cmath>
 #include <complex>
 #include <cstring>
-#include <type_traits>
 #include <vector>
+
+#include "iir_process_access.hpp"
 
 namespace mivora_test {
 
 using Mivora::IirProcess;
 inline constexpr double kPi = 3.14159265358979323846;
 
-// The object is trivially copyable with its 23 doubles first (delay[8],
-// coef[10], delay1st[2], coef1st[3]), so tests may plant and read them.
-static_assert(std::is_trivially_copyable_v<IirProcess>);
-static_assert(std::is_standard_layout_v<IirProcess>);
-inline constexpr std::size_t kCoefOffset = 8, kCoef1stOffset = 20, kDoubles = 23;
-
-inline void plant(IirProcess& f, std::size_t firstDouble, const double* v, std::size_t n) {
-    std::memcpy(reinterpret_cast<unsigned char*>(&f) + firstDouble * sizeof(double), v, n * sizeof(double));
-}
-inline std::vector<double> raw(const IirProcess& f) {
-    std::vector<double> v(kDoubles);
-    std::memcpy(v.data(), &f, kDoubles * sizeof(double));
-    return v;
-}
-// An object of the order given holding section 0, section 1 and the
-// first-order section as getCoef lays them out at order 5; the rest zero.
-inline IirProcess holding(int order, const std::array<double, 13>& c) {
-    IirProcess f(order);
-    plant(f, kCoefOffset, c.data(), 10);
-    plant(f, kCoef1stOffset, c.data() + 10, 3);
-    return f;
-}
 inline std::vector<double> state(const IirProcess& f) {
     std::vector<double> s(10);
     f.getDelay(s.data());
