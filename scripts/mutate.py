@@ -22,7 +22,8 @@ moves, "same bits" (likely equivalent) when it does not.
   scripts/mutate.py --mode basic --count 100 --seed 1
   scripts/mutate.py --mode regroup --count 30 --seed 1
   scripts/mutate.py --list --mode regroup          # show the sites, build nothing
-  scripts/mutate.py --compare build/mutation/basic-s1-n100.txt ...   # report lost kills
+  scripts/mutate.py --compare BEFORE.txt AFTER.txt     # kills lost between two runs
+  scripts/mutate.py --only-killed BEFORE.txt ...        # re-run only what BEFORE killed
 
 Results go to <work>/<mode>-s<seed>-n<count>.txt (one mutant a line). Runs on
 two cores: ctest -j2, builds -j2; one mutant takes a few seconds.
@@ -280,6 +281,11 @@ class Workspace:
             copy_tree(self.tree)
         cfg = ["cmake", "-S", str(self.tree), "-B", str(self.build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                "-DMIVORA_BUILD_BENCHMARKS=OFF", "-DMIVORA_BUILD_EXAMPLES=OFF", "-DMIVORA_INSTALL=OFF"]
+        # Restoring a file after each mutant costs a second compile; a compiler
+        # cache makes that one a lookup.
+        if shutil.which("ccache"):
+            cfg.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
+            os.environ.setdefault("CCACHE_DIR", str(self.work / "ccache"))
         if run(cfg, self.work, 600, self.log) != 0:
             sys.exit(f"configure failed; see {self.work / 'last.log'}")
         if not self.rebuild():
@@ -325,6 +331,8 @@ def main():
                     help="scratch directory: tree copy, build, results")
     ap.add_argument("--jobs", type=int, default=2)
     ap.add_argument("--timeout", type=int, default=60, help="seconds per test")
+    ap.add_argument("--only-killed", type=Path, metavar="RESULTS",
+                    help="run only the sampled mutants that RESULTS (an earlier run) records as killed")
     ap.add_argument("--list", action="store_true", help="print the sampled sites and stop")
     ap.add_argument("--compare", type=Path, nargs=2, metavar=("BEFORE", "AFTER"),
                     help="list mutants killed in BEFORE but not in AFTER, and stop")
@@ -342,6 +350,10 @@ def main():
 
     sites = find_sites(ROOT, args.mode)
     sample = random.Random(args.seed).sample(sites, min(args.count, len(sites)))
+    if args.only_killed:
+        killed_before = {line.split("\t", 1)[1] for line in args.only_killed.read_text().splitlines()
+                         if line.startswith("killed")}
+        sample = [s for s in sample if site_id(s) in killed_before]
     if args.list:
         for s in sample:
             print(site_id(s))
@@ -368,7 +380,7 @@ def main():
     signal.signal(signal.SIGTERM, on_signal)
 
     results = []
-    out_path = ws.work / f"{args.mode}-s{args.seed}-n{args.count}.txt"
+    out_path = ws.work / f"{args.mode}-s{args.seed}-n{args.count}{'-rerun' if args.only_killed else ''}.txt"
     start = time.time()
     try:
         for i, site in enumerate(sample, start=1):
