@@ -1,15 +1,14 @@
-// Helpers shared by the tests: an independent response evaluation, the analogue prototypes the cut and band
-// designs follow, and one checker for worked coefficient rows.
+// Helpers shared by the tests: read-outs, an independent response evaluation,
+// the analogue prototypes the cut and band designs follow, and a checker for
+// coefficient rows.
 #ifndef MIVORA_TEST_SUPPORT_HPP
 #define MIVORA_TEST_SUPPORT_HPP
 
 #include <gtest/gtest.h>
 #include <mivora/IirProcess.h>
 
-#include <array>
 #include <cmath>
 #include <complex>
-#include <cstring>
 #include <vector>
 
 #include "iir_process_access.hpp"
@@ -17,57 +16,54 @@
 namespace mivora_test {
 
 using Mivora::IirProcess;
+using Values = std::vector<double>;
+using Complex = std::complex<double>;
 inline constexpr double kPi = 3.14159265358979323846;
 
-inline std::vector<double> state(const IirProcess& f) {
-    std::vector<double> s(10);
+inline Values state(const IirProcess& f) {
+    Values s(10);
     f.getDelay(s.data());
     return s;
 }
-inline std::vector<double> coefs(const IirProcess& f) {
-    std::vector<double> c(IirProcess::maxCoefCount, 12345.0);
+inline Values coefs(const IirProcess& f) {
+    Values c(IirProcess::maxCoefCount, 12345.0);
     f.getCoef(c.data());
     return c;
 }
-inline std::vector<double> section0(const IirProcess& f) {
-    const std::vector<double> c = coefs(f);
+inline Values section0(const IirProcess& f) {
+    const Values c = coefs(f);
     return {c.begin(), c.begin() + 5};
 }
 
-// |H|^2 in dB and arg H of coefficient rows in the stored convention,
-// evaluated with textbook complex arithmetic (division, polar form), as an
-// independent check of the library's own evaluation.
-struct Response {
-    std::complex<double> h{1.0, 0.0};
-    double db() const { return 10.0 * std::log10(std::norm(h)); }
-    double mag() const { return std::abs(h); }
-};
-inline std::complex<double> sectionH(const double* c, double freq, double fs) {
-    const std::complex<double> z1 = std::polar(1.0, -2.0 * kPi * freq / fs);
+// H at freq of coefficient rows in the stored convention, by textbook complex
+// arithmetic (division, polar form): independent of the library's evaluation.
+inline Complex sectionH(const double* c, double freq, double fs) {
+    const Complex z1 = std::polar(1.0, -2.0 * kPi * freq / fs);
     return (c[0] + c[1] * z1 + c[2] * z1 * z1) / (1.0 - c[3] * z1 - c[4] * z1 * z1);
 }
-// Response of the filter an object holds, from its read-out coefficients.
-inline Response responseOf(const IirProcess& f, double freq, double fs) {
-    const std::vector<double> c = coefs(f);
-    Response r;
+// H of the filter an object holds, from its read-out coefficients.
+inline Complex responseOf(const IirProcess& f, double freq, double fs) {
+    const Values c = coefs(f);
     const int sections = f.getEvenOrder() >= 2 ? f.getEvenOrder() / 2 : 0;
-    for (int k = 0; k < sections; ++k) r.h *= sectionH(&c[5 * k], freq, fs);
+    Complex h = 1.0;
+    for (int k = 0; k < sections; ++k) h *= sectionH(&c[5 * k], freq, fs);
     if (f.getOddOrder() != 0) {
-        const double* b = &c[5 * sections];
-        const std::complex<double> z1 = std::polar(1.0, -2.0 * kPi * freq / fs);
-        r.h *= (b[0] + b[1] * z1) / (1.0 - b[2] * z1);
+        const double b[5] = {c[5 * sections], c[5 * sections + 1], 0.0, c[5 * sections + 2], 0.0};
+        h *= sectionH(b, freq, fs);
     }
-    return r;
+    return h;
 }
-inline bool closeRelative(std::complex<double> got, std::complex<double> want, double tol) {
-    return std::abs(got - want) <= tol * std::abs(want);
+inline double db(Complex h) { return 10.0 * std::log10(std::norm(h)); }
+inline bool closeRelative(Complex got, Complex want, double tol) { return std::abs(got - want) <= tol * std::abs(want); }
+// The analogue frequency variable at freq for a design pre-warped at corner.
+inline Complex sAt(double freq, double fs, double corner) {
+    return {0.0, std::tan(kPi * freq / fs) / std::tan(kPi * corner / fs)};
 }
 
 // Logarithmically spaced frequencies strictly inside (0, fs/2).
-inline std::vector<double> logFrequencies(double fs, int n) {
-    std::vector<double> out;
-    const double lo = std::log(fs * 1e-4);
-    const double hi = std::log(fs * 0.4999);
+inline Values logFrequencies(double fs, int n) {
+    Values out;
+    const double lo = std::log(fs * 1e-4), hi = std::log(fs * 0.4999);
     for (int i = 0; i < n; ++i) out.push_back(std::exp(lo + (hi - lo) * i / (n - 1)));
     return out;
 }
@@ -91,24 +87,19 @@ inline double prototypePower(Family family, int n, double shape, double x) {
 // A design call with its source text, for tables: {MIVORA_CALL(setCoefHPF(3, 1e3, 48e3)), ...}.
 #define MIVORA_CALL(call) #call, [](::Mivora::IirProcess& f) { f.call; }
 
-// A worked row: the coefficients getCoef reads out after the call on a fresh
-// object, to within tol, or to -tol significant digits when tol is negative.
-struct Worked {
+// A row: the coefficients getCoef reads out after the call on a fresh object,
+// to within tol (exactly for 0).
+struct Row {
     const char* call;
     void (*design)(IirProcess&);
-    std::vector<double> coefs;
+    Values coefs;
     double tol;
 };
-inline void expectWorked(const Worked& w) {
+inline void expectRow(const Row& r) {
     IirProcess f;
-    w.design(f);
-    const std::vector<double> got = coefs(f);
-    for (std::size_t i = 0; i < w.coefs.size(); ++i) {
-        const double want = w.coefs[i];
-        double tol = w.tol;
-        if (tol < 0.0) tol = want == 0.0 ? 0.0 : 0.5 * std::pow(10.0, std::floor(std::log10(std::fabs(want))) + 1.0 + tol);
-        EXPECT_NEAR(got[i], want, tol) << w.call << " [" << i << "]";
-    }
+    r.design(f);
+    const Values got = coefs(f);
+    for (std::size_t i = 0; i < r.coefs.size(); ++i) EXPECT_NEAR(got[i], r.coefs[i], r.tol) << r.call << " [" << i << "]";
 }
 
 }  // namespace mivora_test
