@@ -241,6 +241,21 @@ def copy_tree(dest):
             shutil.copy2(item, target)
 
 
+def sync_tree(src, dest):
+    """Makes dest hold what src holds, rewriting only files whose content
+    differs (so the rest keep their times and stay built)."""
+    for path in src.rglob("*"):
+        target = dest / path.relative_to(src)
+        if path.is_dir():
+            target.mkdir(parents=True, exist_ok=True)
+        elif not target.exists() or target.read_bytes() != path.read_bytes():
+            shutil.copy2(path, target)
+            target.touch()
+    for path in sorted(dest.rglob("*"), reverse=True):
+        if not (src / path.relative_to(dest)).exists():
+            shutil.rmtree(path) if path.is_dir() else path.unlink()
+
+
 PROBE_SOURCE = r"""
 // Drives every public operation with typical arguments for many rounds and
 // prints a hash of every result: equal hashes, equal bits on these inputs.
@@ -274,7 +289,7 @@ class Workspace:
             shutil.rmtree(fresh, ignore_errors=True)
             fresh.mkdir()
             copy_tree(fresh)
-            subprocess.run(["rsync", "-a", "--checksum", "--delete", f"{fresh}/", f"{self.tree}/"], check=True)
+            sync_tree(fresh, self.tree)
             shutil.rmtree(fresh)
         else:
             self.tree.mkdir(parents=True)
