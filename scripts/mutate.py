@@ -22,6 +22,7 @@ moves, "same bits" (likely equivalent) when it does not.
   scripts/mutate.py --mode basic --count 100 --seed 1
   scripts/mutate.py --mode regroup --count 30 --seed 1
   scripts/mutate.py --list --mode regroup          # show the sites, build nothing
+  scripts/mutate.py --probe-only --mode regroup    # which mutants change bits (no ctest)
   scripts/mutate.py --compare BEFORE.txt AFTER.txt     # kills lost between two runs
   scripts/mutate.py --only-killed BEFORE.txt ...        # re-run only what BEFORE killed
 
@@ -257,18 +258,53 @@ def sync_tree(src, dest):
 
 
 PROBE_SOURCE = r"""
-// Drives every public operation with typical arguments for many rounds and
-// prints a hash of every result: equal hashes, equal bits on these inputs.
+// Drives every public operation for many rounds, first with the typical
+// arguments, then with pseudo-random ones across their meaningful ranges, and
+// prints a hash of every result and of the coefficients and response each
+// operation leaves: equal hashes, equal bits on these inputs.
 #include <cstdio>
 #include "typical_driver.hpp"
-int main() {
-    using namespace mivora_test;
-    TypicalDriver d;
+using namespace mivora_test;
+struct RandomDriver : TypicalDriver {
+    std::uint64_t s = 88172645463325252u;
+    double u() { s ^= s << 13, s ^= s >> 7, s ^= s << 17; return static_cast<double>(s >> 11) * 0x1p-53; }
+    double in(double lo, double hi) { return lo + (hi - lo) * u(); }
+    double freq() { return in(10.0, 20000.0); }
+    double fs() { return in(40000.0, 100000.0); }
+    double gainDb() { return in(-30.0, 30.0); }
+    double q() { return in(0.2, 10.0); }
+    double ripple() { return in(0.05, 3.0); }
+    double stopLevel() { return in(0.0, 700.0); }
+    double weight() { return in(-0.5, 1.5); }
+    double levelDb() { return in(-20.0, 10.0); }
+    double alpha() { return in(0.001, 1.0); }
+    double bandLow() { return in(20.0, 2000.0); }
+    double bandHigh() { return in(2500.0, 19000.0); }
+    double warped() { return in(0.01, 2.0); }
+    double lin() { return in(0.05, 2.0); }
+    double cst() { return in(0.1, 3.0); }
+    double zero() { return in(0.5, 10.0); }
+};
+template <class D>
+unsigned long long run(D& d, int rounds) {
     alignas(IirProcess) unsigned char storage[sizeof(IirProcess)];
     IirProcess* f = ::new (storage) IirProcess();
-    for (int round = 0; round < 60; ++round)
-        for (const auto& op : kOperations<TypicalDriver>) op.run(*f, d);
-    std::printf("%016llx\n", static_cast<unsigned long long>(d.digest()));
+    for (int round = 0; round < rounds; ++round)
+        for (const auto& op : kOperations<D>) {
+            op.run(*f, d);
+            // What the operation left in the object: a design returns nothing.
+            double c[IirProcess::maxCoefCount];
+            f->getCoef(c);
+            d.written(c, IirProcess::maxCoefCount);
+            d.result(f->power(997.0, 48000.0));
+            d.result(f->phase(997.0, 48000.0));
+        }
+    return d.digest();
+}
+int main() {
+    TypicalDriver typical;
+    RandomDriver random;
+    std::printf("%016llx %016llx\n", run(typical, 60), run(random, 300));
 }
 """
 
@@ -311,8 +347,9 @@ class Workspace:
         if self.baseline is None:
             sys.exit(f"the probe does not build; see {self.work / 'last.log'}")
 
-    def rebuild(self):
-        return run(["cmake", "--build", str(self.build), "-j", str(self.jobs)], self.work, 900, self.log) == 0
+    def rebuild(self, target=None):
+        cmd = ["cmake", "--build", str(self.build), "-j", str(self.jobs)] + (["--target", target] if target else [])
+        return run(cmd, self.work, 900, self.log) == 0
 
     def test(self):
         rc = run(["ctest", "--test-dir", str(self.build), "-j", str(self.jobs), "--timeout", str(self.timeout),
@@ -348,6 +385,8 @@ def main():
     ap.add_argument("--timeout", type=int, default=60, help="seconds per test")
     ap.add_argument("--only-killed", type=Path, metavar="RESULTS",
                     help="run only the sampled mutants that RESULTS (an earlier run) records as killed")
+    ap.add_argument("--probe-only", action="store_true",
+                    help="build the library alone and run the probe, no ctest: does each mutant change bits?")
     ap.add_argument("--list", action="store_true", help="print the sampled sites and stop")
     ap.add_argument("--compare", type=Path, nargs=2, metavar=("BEFORE", "AFTER"),
                     help="list mutants killed in BEFORE but not in AFTER, and stop")
@@ -395,7 +434,8 @@ def main():
     signal.signal(signal.SIGTERM, on_signal)
 
     results = []
-    out_path = ws.work / f"{args.mode}-s{args.seed}-n{args.count}{'-rerun' if args.only_killed else ''}.txt"
+    suffix = "-rerun" if args.only_killed else "-probe" if args.probe_only else ""
+    out_path = ws.work / f"{args.mode}-s{args.seed}-n{args.count}{suffix}.txt"
     start = time.time()
     try:
         for i, site in enumerate(sample, start=1):
@@ -404,7 +444,11 @@ def main():
             pending[path] = original
             path.write_text(apply(original, site))
             try:
-                if not ws.rebuild():
+                if args.probe_only:
+                    digest = ws.probe() if ws.rebuild(target="mivora_iir") else None
+                    outcome = "no-compile" if digest is None else (
+                        "same bits" if digest == ws.baseline else "changes bits")
+                elif not ws.rebuild():
                     outcome = "no-compile"
                 else:
                     t = ws.test()
@@ -424,6 +468,13 @@ def main():
             for site, outcome in results:
                 f.write(f"{outcome}\t{site_id(site)}\n")
 
+    if args.probe_only:
+        changed = [s for s, o in results if o == "changes bits"]
+        print(f"\nmode {args.mode}, seed {args.seed}, {len(results)} mutants probed: {len(changed)} change bits")
+        for s in changed:
+            print(f"  changes bits: {site_id(s)}")
+        print(f"results: {out_path}")
+        return 0
     killed = sum(o.startswith("killed") for _, o in results)
     survived = [(s, o) for s, o in results if o.startswith("survived")]
     nocompile = sum(o == "no-compile" for _, o in results)
