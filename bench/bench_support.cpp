@@ -4,7 +4,7 @@
 #include <array>
 #include <random>
 
-#include "test_support.hpp"
+#include "iir_process_access.hpp"
 
 namespace mivora_bench {
 

@@ -27,6 +27,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "iir_process_access.hpp"
 #include "operation_table.hpp"
 
 namespace {
@@ -34,12 +35,6 @@ namespace {
 using mivora_test::Block;
 using mivora_test::IirProcess;
 
-// The object's doubles come first, in declaration order: delay[8], coef[10],
-// delay1st[2], coef1st[3]. Its bytes may be copied out because it is
-// trivially copyable.
-static_assert(std::is_trivially_copyable_v<IirProcess> && std::is_standard_layout_v<IirProcess>);
-constexpr std::size_t kDelayOffset = 0, kCoefOffset = 8, kDelay1stOffset = 18, kCoef1stOffset = 20, kDoubles = 23;
-static_assert(sizeof(IirProcess) >= kDoubles * sizeof(double));
 
 [[noreturn]] void fail(const char* operation, const char* what) {
     std::fprintf(stderr, "mivora_fuzz_api: after %s: %s\n", operation, what);
@@ -233,20 +228,21 @@ using Operation = mivora_test::Operation<ByteDriver>;
 constexpr const auto& kOperations = mivora_test::kOperations<ByteDriver>;
 constexpr std::size_t kOperationCount = mivora_test::kOperationCount<ByteDriver>;
 
-// The object's observable parts: its 23 doubles (state and coefficients, in
-// the layout the tests rely on), the order fields and the allocator.
+// The object's observable parts: its state and coefficients (field by
+// field, through the tests' accessor), the order fields and the allocator.
 struct Snapshot {
-    unsigned char doubles[kDoubles * sizeof(double)];
+    std::vector<double> doubles;
     int order, evenOrder, oddOrder;
     const Mivora::VqMemAlloc* alloc;
 
     explicit Snapshot(const IirProcess& f)
-        : order(f.getOrder()), evenOrder(f.getEvenOrder()), oddOrder(f.getOddOrder()), alloc(f.getMemAlloc()) {
-        std::memcpy(doubles, &f, sizeof doubles);
-    }
-    bool sameDoubles(const Snapshot& o, std::size_t first, std::size_t count) const {
-        return std::memcmp(doubles + first * sizeof(double), o.doubles + first * sizeof(double),
-                           count * sizeof(double)) == 0;
+        : doubles(mivora_test::raw(f)), order(f.getOrder()), evenOrder(f.getEvenOrder()), oddOrder(f.getOddOrder()),
+          alloc(f.getMemAlloc()) {}
+    // Bit for bit, NaN payloads included.
+    bool sameField(const Snapshot& o, mivora_test::Field field) const {
+        const auto& starts = Mivora::detail::IirProcessAccess::kStarts;
+        const std::size_t first = starts[field], end = field + 1 < 4 ? starts[field + 1] : doubles.size();
+        return std::memcmp(doubles.data() + first, o.doubles.data() + first, (end - first) * sizeof(double)) == 0;
     }
 };
 
@@ -254,17 +250,17 @@ void checkRegions(const Snapshot& before, const Snapshot& after, const Operation
     using namespace mivora_test;  // the Region names
     struct Part {
         unsigned region;
-        std::size_t first, count;
+        Field field;
         const char* what;
     };
     const Part parts[] = {
-        {kState2, kDelayOffset, 8, "changed the second-order state"},
-        {kCoef2, kCoefOffset, 10, "changed second-order coefficients"},
-        {kState1, kDelay1stOffset, 2, "changed the first-order state"},
-        {kCoef1, kCoef1stOffset, 3, "changed first-order coefficients"},
+        {kState2, kDelayField, "changed the second-order state"},
+        {kCoef2, kCoefField, "changed second-order coefficients"},
+        {kState1, kDelay1stField, "changed the first-order state"},
+        {kCoef1, kCoef1stField, "changed first-order coefficients"},
     };
     for (const Part& p : parts)
-        if ((op.mayChange & p.region) == 0 && !before.sameDoubles(after, p.first, p.count)) fail(op.name, p.what);
+        if ((op.mayChange & p.region) == 0 && !before.sameField(after, p.field)) fail(op.name, p.what);
     if ((op.mayChange & kOrderFields) == 0 &&
         (before.order != after.order || before.evenOrder != after.evenOrder || before.oddOrder != after.oddOrder))
         fail(op.name, "changed the order");
@@ -279,7 +275,7 @@ void checkOrder(const Snapshot& s, const Operation& op) {
 
 struct Trace {
     std::vector<std::uint64_t> values;
-    std::vector<unsigned char> finalDoubles;
+    std::vector<double> finalDoubles;
 };
 
 Trace runSequence(const std::uint8_t* data, std::size_t size, bool clampOrders) {
@@ -299,13 +295,17 @@ Trace runSequence(const std::uint8_t* data, std::size_t size, bool clampOrders) 
         checkOrder(after, op);
     }
     const Snapshot last(*f);
-    trace.finalDoubles.assign(last.doubles, last.doubles + sizeof last.doubles);
+    trace.finalDoubles = last.doubles;
     trace.values.push_back(static_cast<std::uint64_t>(static_cast<std::uint32_t>(last.order)));
     f->~IirProcess();
     return trace;
 }
 
-bool operator==(const Trace& a, const Trace& b) { return a.values == b.values && a.finalDoubles == b.finalDoubles; }
+// Bit for bit, NaN payloads included.
+bool operator==(const Trace& a, const Trace& b) {
+    return a.values == b.values && a.finalDoubles.size() == b.finalDoubles.size() &&
+           std::memcmp(a.finalDoubles.data(), b.finalDoubles.data(), a.finalDoubles.size() * sizeof(double)) == 0;
+}
 
 }  // namespace
 

@@ -1,5 +1,5 @@
 // High-pass and low-pass designs: responses against the textbook closed forms,
-// per-section placement, worked values, transforms, short forms and clamping.
+// per-section placement, the section transforms, short forms and clamping.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -44,11 +44,11 @@ TEST(Cut, ResponsesFollowTheClosedForms) {
                                           : d.family == Family::Chebyshev ? -shape : -(96.0 - shape / 10.0);
                     EXPECT_NEAR(f.power(freq, fs), edgeDb, 1e-8);
                     const double passEndDb = d.family == Family::Chebyshev && n % 2 == 0 ? -shape : 0.0;
-                    EXPECT_NEAR(responseOf(f, d.high ? fs / 2 : 0.0, fs).db(), passEndDb, 1e-9);
+                    EXPECT_NEAR(db(responseOf(f, d.high ? fs / 2 : 0.0, fs)), passEndDb, 1e-9);
                     const double t = std::tan(kPi * freq / fs);
                     for (double g : logFrequencies(fs, 300)) {
                         const double x = d.high ? t / std::tan(kPi * g / fs) : std::tan(kPi * g / fs) / t;
-                        EXPECT_NEAR(responseOf(f, g, fs).mag(), std::sqrt(prototypePower(d.family, n, shape, x)), 1e-9) << g;
+                        EXPECT_NEAR(std::abs(responseOf(f, g, fs)), std::sqrt(prototypePower(d.family, n, shape, x)), 1e-9) << g;
                     }
                 }
 }
@@ -74,44 +74,6 @@ TEST(Cut, SectionGainsAndTransmissionZeros) {
                 EXPECT_LT(std::abs(sectionH(&c[5 * k], zeroAt, fs)), 1e-12);
             }
         }
-}
-
-// A quarter of the sampling rate: exact for Butterworth and Q sections, three
-// significant digits for the Chebyshev families.
-const double kB = 1 / (2 + std::sqrt(2.0)), kA2 = -(2 - std::sqrt(2.0)) * kB, kThird = 1.0 / 3;
-const Worked kWorked[] = {
-    {MIVORA_CALL(setCoefHPF(2, 1, 4)), {kB, -2 * kB, kB, 0, kA2}, 1e-15},
-    {MIVORA_CALL(setCoefLPF(2, 1, 4)), {kB, 2 * kB, kB, 0, kA2}, 1e-15},
-    {MIVORA_CALL(setCoefHPF(3, 1, 4)), {kThird, -2 * kThird, kThird, 0, -kThird, 0.5, -0.5, 0}, 1e-15},
-    {MIVORA_CALL(setCoefLPF(3, 1, 4)), {kThird, 2 * kThird, kThird, 0, -kThird, 0.5, 0.5, 0}, 1e-15},
-    {MIVORA_CALL(setCoefHPFQfct(1, 1, 4)), {kThird, -2 * kThird, kThird, 0, -kThird}, 1e-15},
-    {MIVORA_CALL(setCoefLPFQfct(1, 1, 4)), {kThird, 2 * kThird, kThird, 0, -kThird}, 1e-15},
-    {MIVORA_CALL(setCoefHPFChev(2, 1, 1, 4)), {0.307, -0.614, 0.307, 0.0641, -0.314}, 5e-4},
-    {MIVORA_CALL(setCoefLPFChev(2, 1, 1, 4)), {0.307, 0.614, 0.307, -0.0641, -0.314}, 5e-4},
-    {MIVORA_CALL(setCoefHPFChev(1, 1, 1, 4)), {0.663, -0.663, 0.326, 0, 0}, 5e-4},
-    {MIVORA_CALL(setCoefLPFChev(1, 1, 1, 4)), {0.663, 0.663, -0.326, 0, 0}, 5e-4},
-    {MIVORA_CALL(setCoefHPFIChev(2, 1, 560, 4)), {0.0246, -0.0164, 0.0246, -1.608, -0.674}, 5e-4},
-    {MIVORA_CALL(setCoefLPFIChev(2, 1, 560, 4)), {0.0246, 0.0164, 0.0246, 1.608, -0.674}, 5e-4},
-    {MIVORA_CALL(setCoefHPFIChev(3, 1, 560, 4)), {0.1384, -0.0395, 0.1384, -1.235, -0.551, 0.261, -0.261, -0.479}, 5e-4},
-    {MIVORA_CALL(setCoefLPFIChev(3, 1, 560, 4)), {0.1384, 0.0395, 0.1384, 1.235, -0.551, 0.261, 0.261, 0.479}, 5e-4},
-};
-TEST(Cut, WorkedValues) {
-    for (const Worked& w : kWorked) expectWorked(w);
-}
-
-TEST(Cut, QSectionsFollowTheAnalogueResonator) {
-    const double fs = 48000.0;
-    for (bool high : {true, false})
-        for (double q : {0.5, 1 / std::sqrt(2.0), 2.0, 4.0})
-            for (double freq : {200.0, 5000.0, 16000.0}) {
-                IirProcess f;
-                high ? f.setCoefHPFQfct(freq, q, fs) : f.setCoefLPFQfct(freq, q, fs);
-                EXPECT_NEAR(f.power(freq, fs), 20.0 * std::log10(q), 1e-9);
-                for (double g : logFrequencies(fs, 200)) {
-                    const double x = std::tan(kPi * g / fs) / std::tan(kPi * freq / fs);
-                    EXPECT_NEAR(responseOf(f, g, fs).mag(), (high ? x * x : 1.0) / std::hypot(1.0 - x * x, x / q), 1e-9);
-                }
-            }
 }
 
 // Each section transform is the bilinear image of its analogue section: H(z)
@@ -147,23 +109,15 @@ TEST(Transforms, SectionsAreBilinearImagesOfTheirAnalogueSections) {
             }
 }
 
-TEST(Cut, ShortFormsTransformsAndClampedOrdersAgreeBitForBit) {
-    const double fs = 48000.0, freq = 1234.0, t = std::tan((freq * 3.141592653589793) / fs);
-    const double lin = (std::cos((3.0 * 3.141592653589793) / 4.0) * (-2.0)) * t;
-    double hp[5], lp[5];
-    IirProcess::HpfCoefToZet(lin, t * t, hp);
-    IirProcess::LpfCoefToZet(lin, t * t, lp);
-    for (int i = 0; i < 3; ++i) lp[i] *= t * t;
+// The two-argument forms are order 2; orders beyond the storage are clamped.
+TEST(Cut, ShortFormsAndClampedOrdersAgreeBitForBit) {
     IirProcess a, b;
-    a.setCoefHPF(freq, fs);
-    b.setCoefHPF(2, freq, fs);
+    a.setCoefHPF(1234.0, 48000.0);
+    b.setCoefHPF(2, 1234.0, 48000.0);
     EXPECT_EQ(coefs(a), coefs(b));
-    EXPECT_EQ(slice(coefs(a), 0, 5), std::vector<double>(hp, hp + 5));
-    a.setCoefLPF(freq, fs);
-    b.setCoefLPF(2, freq, fs);
+    a.setCoefLPF(1234.0, 48000.0);
+    b.setCoefLPF(2, 1234.0, 48000.0);
     EXPECT_EQ(coefs(a), coefs(b));
-    EXPECT_EQ(slice(coefs(a), 0, 5), std::vector<double>(lp, lp + 5));
-
     for (const CutDesign& d : kDesigns)
         for (auto [asked, meant] : {std::pair{8, 5}, {1000, 5}, {-9, -5}}) {
             d.apply(a, asked, 900.0, d.shapes[0], 44100.0);

@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 #include <new>
 #include <numeric>
 
+#include "operation_table.hpp"
 #include "test_support.hpp"
+#include "typical_driver.hpp"
 
 using namespace mivora_test;
 
@@ -42,8 +45,7 @@ TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
     EXPECT_EQ(coefs(*five), std::vector<double>(13, 0.0));
     EXPECT_EQ(state(*five), std::vector<double>(10, 0.0));
     IirProcess withAlloc(alloc), plain;
-    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2);
-    EXPECT_TRUE(plain.getMemAlloc() == nullptr && plain.getOrder() == 2);
+    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2 && plain.getMemAlloc() == nullptr);
 }
 
 TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {
@@ -102,63 +104,34 @@ TEST(Object, GetCoefWritesExactlyTheRunningSections) {
     }
 }
 
-// Every design with the order it builds; K marks the corner shelves, which
-// perform no reset and write section 0 alone.
-constexpr int K = INT_MIN;
-struct Design {
-    const char* call;
-    void (*apply)(IirProcess&);
-    int order;
-};
-#define D(order, call) Design{MIVORA_CALL(call), order}
-const Design kDesigns[] = {
-    D(2, setCoefPDFPQ(1e3, 48e3, 6, 1)), D(2, setCoefPDFCQ(1e3, 48e3, -6, 1)), D(2, setCoef(1e3, 48e3, 6, 1)),
-    D(2, setCoefLOWS_A(1e3, 6, 48e3)), D(2, setCoefLOWS_B(1e3, -6, 48e3)), D(2, setCoefHIGS_A(1e3, 6, 48e3)),
-    D(2, setCoefHIGS_B(1e3, -6, 48e3)), D(2, setCoefLOWS(1e3, 6, 48e3)), D(2, setCoefHIGS(1e3, 6, 48e3, 0)),
-    D(2, setCoefLOWS_2A(1e3, 6, 48e3)), D(2, setCoefLOWS_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_2A(1e3, 6, 48e3)),
-    D(2, setCoefHIGS_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_PM_2A(1e3, 6, 48e3)),
-    D(2, setCoefLOWS_PM_2B(1e3, -6, 48e3)), D(2, setCoefHIGS_PM_2A(1e3, 6, 48e3)),
-    D(2, setCoefHIGS_PM_2B(1e3, -6, 48e3)), D(2, setCoefLOWS_2(1e3, 6, 48e3, 1)), D(2, setCoefHIGS_2(1e3, 6, 48e3)),
-    D(K, setCoefLowShelf_C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_C(48e3, 1e3, 6, 0.3, -3)),
-    D(K, setCoefLowShelf_2C(48e3, 1e3, 6, 0.3, -3)), D(K, setCoefHiShelf_2C(48e3, 1e3, 6, 0.3, -3)),
-    D(3, setCoefHPF(3, 1e3, 48e3)), D(5, setCoefLPF(5, 1e3, 48e3)), D(2, setCoefHPF(1e3, 48e3)),
-    D(2, setCoefLPF(1e3, 48e3)), D(0, setCoefHPF(0, 1e3, 48e3)), D(-3, setCoefLPF(-3, 1e3, 48e3)),
-    D(5, setCoefHPF(8, 1e3, 48e3)), D(-4, setCoefLPF(-4, 1e3, 48e3)), D(3, setCoefHPFChev(3, 1e3, 1, 48e3)),
-    D(4, setCoefLPFChev(4, 1e3, 1, 48e3)), D(4, setCoefHPFIChev(4, 1e3, 400, 48e3)),
-    D(3, setCoefLPFIChev(3, 1e3, 400, 48e3)), D(2, setCoefHPFQfct(1e3, 0.7, 48e3)),
-    D(2, setCoefLPFQfct(1e3, 0.7, 48e3)), D(2, setCoefBPFQfct(1e3, 2, 48e3)), D(2, setCoefBPF_Q(1e3, 2, 48e3)),
-    D(2, setCoefBPF(1, 5e2, 2e3, 48e3)), D(4, setCoefBEF(2, 5e2, 2e3, 48e3)), D(4, setCoefBPF(3, 5e2, 2e3, 48e3)),
-    D(0, setCoefBEF(0, 5e2, 2e3, 48e3)), D(4, setCoefBPFChev(2, 5e2, 2e3, 1, 48e3)),
-    D(2, setCoefBEFChev(1, 5e2, 2e3, 1, 48e3)), D(2, setCoefBPFIChev(1, 5e2, 2e3, 400, 48e3)),
-    D(4, setCoefBEFIChev(2, 5e2, 2e3, 400, 48e3)), D(1, setDcfLPF(300, 48e3)), D(1, setDcfLPF(0.2)),
-    D(1, setDcfHPF(10, 48e3)), D(1, setDcfHPF(0.01)), D(2, setAPF1st(700, 48e3)), D(2, setAPF2nd(700, 48e3)),
-};
-#undef D
-
-// At the order the object holds a design keeps all state (a retune without a
-// click); at another it zeroes the second-order state and coefficients. It
-// writes the sections its order runs and nothing else; the first-order state
-// is never cleared.
+// Every design of the operation table, with several argument sets, from every
+// order: at the order the object holds a design keeps all state (a retune
+// without a click); at another it zeroes the second-order state and
+// coefficients. It writes the sections its new order runs (the first-order
+// one only at odd orders) and nothing else; the first-order state is never
+// cleared. The corner shelves perform no reset and write section 0 alone.
 TEST(Object, DesignsResetTheOrderAndWriteOnlyTheirSections) {
-    std::vector<double> before(kDoubles);
+    TypicalDriver driver;
+    IirProcess marks;
+    std::vector<double> before = raw(marks);
     std::iota(before.begin(), before.end(), 1.0);
-    for (const Design& d : kDesigns) {
-        for (int start : {-5, 0, 1, 2, 3, 4, 5}) {
-            SCOPED_TRACE(::testing::Message() << d.call << " from order " << start);
-            IirProcess f(start);
-            plant(f, 0, before.data(), kDoubles);
-            d.apply(f);
-            const bool resets = d.order != K;
-            EXPECT_EQ(f.getOrder(), resets ? d.order : start);
-            std::vector<double> want = before;
-            if (resets && d.order != start) std::fill(want.begin(), want.begin() + 18, 0.0);
-            const std::vector<double> got = raw(f);
-            const int sections = resets ? std::max(d.order, 0) / 2 : 1;
-            std::copy(got.begin() + 8, got.begin() + 8 + 5 * sections, want.begin() + 8);
-            if (resets && d.order % 2 != 0) std::copy(got.begin() + 20, got.end(), want.begin() + 20);
-            EXPECT_EQ(got, want);
-        }
-    }
+    for (int round = 0; round < 6; ++round)
+        for (const Operation<TypicalDriver>& op : kOperations<TypicalDriver>)
+            for (int start = -5; start <= 5 && op.kind == Kind::Design; ++start) {
+                SCOPED_TRACE(::testing::Message() << op.name << " round " << round << " from order " << start);
+                IirProcess f(start), want(start);
+                setRaw(f, before);
+                op.run(f, driver);
+                const bool corner = op.mayChange == kCoef2;
+                const int order = f.getOrder();
+                EXPECT_TRUE(!corner || order == start);
+                setRaw(want, before);
+                for (Field k : {kDelayField, kCoefField})
+                    if (order != start) std::fill_n(field(want, k).first, field(want, k).second, 0.0);
+                std::copy_n(field(f, kCoefField).first, corner ? 5 : 5 * (std::max(order, 0) / 2), field(want, kCoefField).first);
+                if (!corner && order % 2 != 0) std::copy_n(field(f, kCoef1stField).first, 3, field(want, kCoef1stField).first);
+                EXPECT_EQ(raw(f), raw(want));
+            }
 }
 
 }  // namespace

@@ -1,33 +1,223 @@
-// Sample processing: which stages run, and the equivalences a streaming user
-// relies on (in place, blocks vs single samples, any block split).
+// Sample processing against a plain reading of the per-sample difference
+// equations: identical outputs and final state, bit for bit, on every build of
+// the kernels this machine can run, for every stage set, odd block sizes,
+// streams cut into uneven blocks, in place and out of place; then the object's
+// entry points: which stages its order runs, cal against doProcess.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+#include <limits>
 #include <random>
 
+#include "kernel_paths.hpp"
 #include "plain_filter.hpp"
 #include "test_support.hpp"
 
 using namespace mivora_test;
+using Mivora::detail::Path;
+using Mivora::detail::StageView;
 
 namespace {
 
-// Distinct pure gains per stage make the output name the stages that ran.
-IirProcess gainStages(int order) { return holding(order, {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 5, 0, 0}); }
+StageView view(PlainFilter& f) { return {f.delay, f.coef, f.delay1st, f.coef1st, f.sections, f.first}; }
 
-// doProcess runs the same stages: it matches cal at every order below.
-TEST(Processing, StagesThatRunFollowTheOrder) {
-    const int cases[][2] = {{0, 1}, {1, 5}, {2, 2}, {3, 10}, {4, 6}, {5, 30}, {-1, 5}, {-2, 1}, {-5, 5}, {7, 30}};
-    for (const auto& [order, gain] : cases) {
-        IirProcess f = gainStages(order);
-        for (double x : {1.0, -0.5, 0.25}) EXPECT_EQ(f.cal(x), x * gain) << "order " << order;
+// Stable sections (poles at radius < 1) with arbitrary zeros, and a busy state.
+PlainFilter randomFilter(std::mt19937& rng, int sections, bool first) {
+    std::uniform_real_distribution<double> u(-1.0, 1.0), radius(0.2, 0.999), angle(0.0, kPi);
+    PlainFilter f{};
+    for (int k = 0; k < 2; ++k) {
+        const double r = radius(rng), theta = angle(rng);
+        const double c[5] = {2 * u(rng), 2 * u(rng), 2 * u(rng), 2 * r * std::cos(theta), -r * r};
+        std::copy(c, c + 5, f.coef + 5 * k);
+    }
+    f.coef1st[0] = 2 * u(rng), f.coef1st[1] = 2 * u(rng), f.coef1st[2] = 0.99 * u(rng);
+    for (double& s : f.delay) s = u(rng);
+    for (double& s : f.delay1st) s = u(rng);
+    f.sections = sections, f.first = first;
+    return f;
+}
+
+std::vector<float> randomSignal(std::mt19937& rng, std::size_t n) { return noise(n, static_cast<unsigned>(rng())); }
+
+// Bit for bit, except that any NaN matches any NaN: which operand's payload
+// an operation passes on is the instruction's business, not the filter's.
+template <class T>
+bool identical(T a, T b) {
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+}
+template <class T>
+void expectIdentical(const std::vector<T>& got, const std::vector<T>& want, const char* what) {
+    ASSERT_EQ(got.size(), want.size());
+    for (std::size_t i = 0; i < got.size(); ++i)
+        if (!identical(got[i], want[i])) {
+            ADD_FAILURE() << what << " differs at " << i << ": " << got[i] << " vs " << want[i];
+            return;
+        }
+}
+
+// A build with the FMA3 kernels must use them exactly where the CPU can:
+// otherwise every result would still be right, only slow.
+TEST(Processing, FmaKernelsRunWhereTheCpuHasFma) {
+#if defined(MIVORA_TEST_X86_FMA_KERNELS_BUILT)
+    const bool cpuHasFma = __builtin_cpu_supports("fma");
+    EXPECT_EQ(Mivora::detail::pathAvailable(Path::x86Fma), cpuHasFma);
+    EXPECT_EQ(Mivora::detail::fastestPath(), cpuHasFma ? Path::x86Fma : Path::portable);
+#else
+    GTEST_SKIP() << "this build has the portable kernels only";
+#endif
+}
+
+// body(path, filter, rng) for every available path and every stage set
+// (0 to 2 sections, with or without the first-order one).
+template <class Body>
+void forEachPathAndStageSet(unsigned seed, Body body) {
+    std::mt19937 rng(seed);
+    for (Path path : Mivora::detail::allPaths)
+        for (int stages = 0; stages < 6 && Mivora::detail::pathAvailable(path); ++stages) {
+            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", stages " << stages);
+            body(path, randomFilter(rng, stages / 2, stages % 2 != 0), rng);
+        }
+}
+
+// The kernels on `in` cut into `cuts` (one block if none) against the plain
+// equations on a copy of `fast`: outputs, the untouched input when out of
+// place, and the final state must all be identical.
+void expectKernelsMatchPlain(Path path, PlainFilter fast, const std::vector<float>& in, bool inPlace,
+                             std::vector<unsigned> cuts = {}) {
+    PlainFilter plain = fast;
+    std::vector<float> want(in.size());
+    for (std::size_t i = 0; i < in.size(); ++i) want[i] = static_cast<float>(plain.step(static_cast<double>(in[i])));
+    if (cuts.empty()) cuts = {static_cast<unsigned>(in.size())};
+    std::vector<float> src = in, dst(in.size(), -7.0f);
+    std::size_t pos = 0;
+    for (unsigned n : cuts) {
+        Mivora::detail::processBlock(path, view(fast), src.data() + pos, (inPlace ? src : dst).data() + pos, n);
+        pos += n;
+    }
+    ASSERT_EQ(pos, in.size());
+    expectIdentical(inPlace ? src : dst, want, "output");
+    if (!inPlace) expectIdentical(src, in, "input");
+    expectIdentical(fast.stateValues(), plain.stateValues(), "state");
+}
+
+// Stream cuts: single samples, odd sizes around the unrolled and paired
+// kernels' steps and thresholds, and long blocks.
+const std::vector<unsigned> streamCuts[] = {
+    {1, 2, 3, 5, 7}, {15, 16, 17, 18, 19}, {20, 21, 22, 23, 63}, {64, 65, 255, 1001}, {4096},
+};
+
+TEST(Processing, EveryPathMatchesThePlainEquations) {
+    forEachPathAndStageSet(20240611, [](Path path, const PlainFilter& f, std::mt19937& rng) {
+        for (const std::vector<unsigned>& cuts : streamCuts)
+            for (bool inPlace : {false, true}) {
+                SCOPED_TRACE(::testing::Message() << (inPlace ? "in place" : "separate arrays") << ", cut " << cuts[0]);
+                std::size_t total = 0;
+                for (unsigned n : cuts) total += n;
+                expectKernelsMatchPlain(path, f, randomSignal(rng, total), inPlace, cuts);
+            }
+        // Sample by sample.
+        PlainFilter fast = f, plain = f;
+        std::vector<double> got, want;
+        for (float x : randomSignal(rng, 50)) {
+            got.push_back(Mivora::detail::processSample(path, view(fast), x * 3.0));
+            want.push_back(plain.step(x * 3.0));
+        }
+        expectIdentical(got, want, "single samples");
+        expectIdentical(fast.stateValues(), plain.stateValues(), "state after single samples");
+    });
+}
+
+// Values that take unusual routes through the arithmetic: signed zeros,
+// subnormals on the way in and out, results beyond the float range,
+// infinities and NaN, fed to every stage set on every path.
+TEST(Processing, SpecialValuesTakeTheSameCourseOnEveryPath) {
+    const float fmax = std::numeric_limits<float>::max();
+    const float fsub = std::numeric_limits<float>::denorm_min();
+    const float inf = std::numeric_limits<float>::infinity();
+    const std::vector<float> pieces[] = {
+        {-0.0f, -0.0f, 0.0f, -0.0f},   {fsub, -fsub, 3 * fsub, 1e-40f, -1e-39f}, {fmax, fmax, -fmax, 1.0f, fmax},
+        {inf, 0.0f, -inf, 1.0f},       {std::nanf(""), 0.0f, 1.0f},
+    };
+    forEachPathAndStageSet(5, [&](Path path, const PlainFilter& random, std::mt19937& rng) {
+        // Gains that push results out of range and back into subnormals.
+        for (double scale : {1.0, 1e30, 1e-300}) {
+            SCOPED_TRACE(::testing::Message() << "scale " << scale);
+            PlainFilter f = random;
+            for (double& c : f.coef) c *= scale;
+            for (double& c : f.coef1st) c *= scale;
+            // Each special value inside an otherwise ordinary block long
+            // enough for the paired kernel.
+            std::vector<float> in = randomSignal(rng, 40);
+            for (const std::vector<float>& p : pieces) in.insert(in.end() - 20, p.begin(), p.end());
+            expectKernelsMatchPlain(path, f, in, true);
+        }
+    });
+}
+
+// A silent stream from a silent state, with coefficient signs chosen so that
+// every product is -0.0: the sum of -0.0s stays -0.0 only if no step turns a
+// zero's sign (the kernels form some rounded products other than by a plain
+// multiply). The same with every product +0.0.
+TEST(Processing, SignedZerosPropagateAsInThePlainEquations) {
+    forEachPathAndStageSet(11, [](Path path, const PlainFilter& random, std::mt19937&) {
+        for (float zero : {0.0f, -0.0f}) {
+            SCOPED_TRACE(::testing::Message() << "input " << (std::signbit(zero) ? "-0" : "+0"));
+            PlainFilter f = random;
+            for (double& s : f.delay) s = zero;
+            for (double& s : f.delay1st) s = zero;
+            for (double& c : f.coef) c = std::fabs(c);
+            for (double& c : f.coef1st) c = std::fabs(c);
+            expectKernelsMatchPlain(path, f, std::vector<float>(37, zero), true);
+        }
+    });
+}
+
+// The object's own entry points, whichever path they pick, at every order:
+// the stages that run follow from the order; doProcess in any block split,
+// in place or not, and cal sample by sample give the same bits.
+TEST(Processing, EntryPointsMatchThePlainEquationsAtEveryOrder) {
+    std::mt19937 rng(99);
+    for (int order = -7; order <= 7; ++order) {
+        SCOPED_TRACE(::testing::Message() << "order " << order);
+        IirProcess f(order);
+        const int even = f.getEvenOrder();
+        PlainFilter plain = randomFilter(rng, even >= 2 ? even / 2 : 0, f.getOddOrder() != 0);
+        std::copy_n(plain.delay, 8, field(f, kDelayField).first);
+        std::copy_n(plain.coef, 10, field(f, kCoefField).first);
+        std::copy_n(plain.delay1st, 2, field(f, kDelay1stField).first);
+        std::copy_n(plain.coef1st, 3, field(f, kCoef1stField).first);
+        IirProcess single = f, inPlace = f;
+
+        const std::vector<float> in = randomSignal(rng, 1001);
+        std::vector<float> want(in.size()), out(in.size()), pieces = in, src = in;
+        for (std::size_t i = 0; i < in.size(); ++i) want[i] = static_cast<float>(plain.step(in[i]));
+        f.doProcess(src.data(), out.data(), static_cast<unsigned>(in.size()));
+        std::size_t pos = 0;
+        for (unsigned n : {0u, 1u, 2u, 63u, 64u, 65u, 300u, 506u}) {
+            inPlace.doProcess(pieces.data() + pos, pieces.data() + pos, n);
+            pos += n;
+        }
+        std::vector<float> bySample;
+        for (float x : in) bySample.push_back(static_cast<float>(single.cal(static_cast<double>(x))));
+        expectIdentical(out, want, "doProcess");
+        expectIdentical(src, in, "input");
+        expectIdentical(pieces, want, "split in place");
+        expectIdentical(bySample, want, "cal");
+        // The plain filter leaves the state of stages that do not run as
+        // planted, so this also checks that they keep theirs.
+        for (const IirProcess* g : {&f, &inPlace, &single}) expectIdentical(state(*g), plain.stateValues(), "state");
+        // cal(int) is cal of the exact double.
+        for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(single.cal(x), f.cal(static_cast<double>(x)));
     }
 }
 
+// Distinct pure gains per stage make the output name the stages that ran.
 TEST(Processing, CalWithOrderArgumentChoosesSecondOrderSections) {
     const int cases[][3] = {{4, 2, 2}, {4, 4, 6}, {2, 4, 6}, {4, 0, 1}, {4, 1, 1}, {0, 4, 1},  // object order,
                             {1, 4, 5}, {5, 2, 10}, {-2, 4, 6}, {4, 99, 6}, {4, -99, 1}};  // argument, gain
     for (const auto& c : cases) {
-        IirProcess f = gainStages(c[0]);
+        IirProcess f = holding(c[0], {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 5, 0, 0});
         EXPECT_EQ(f.cal(c[1], 1.5), 1.5 * c[2]) << c[0] << "/" << c[1];
     }
 }
@@ -41,73 +231,6 @@ TEST(Processing, FreshObjectOutputsSilenceButRecordsInputsAndZeroCountTouchesNot
     f.doProcess(nullptr, nullptr, 0);
     EXPECT_EQ(buf[0], 42.0f);
     EXPECT_EQ(state(f), (std::vector<double>{3, 0.75, 0, 0, 0, 0, 0, 0, 0, 0}));
-}
-
-// A busy order-5 filter with non-trivial feedback and state in every stage.
-IirProcess busyFilter(int order, unsigned seed) {
-    std::mt19937 rng(seed);
-    std::uniform_real_distribution<double> u(-0.4, 0.4);
-    IirProcess f = holding(order, {1 + u(rng), u(rng), u(rng), 1.2 + u(rng) * 0.1, -0.7 + u(rng) * 0.1,
-                                   0.5 + u(rng), u(rng), u(rng), 0.9 + u(rng) * 0.1, -0.5 + u(rng) * 0.1,
-                                   0.8 + u(rng), u(rng), 0.6 + u(rng) * 0.1});
-    f.setDelay(0.01);
-    return f;
-}
-
-TEST(Processing, EverySampleFollowsTheFusedChainToTheBit) {
-    for (int order = 1; order <= 5; ++order) {
-        IirProcess f = busyFilter(order, 9);
-        PlainFilter p = plainCopy(f);
-        for (float x : noise(300, 1)) ASSERT_EQ(f.cal(static_cast<double>(x)), p.step(x)) << order;
-        EXPECT_EQ(state(f), p.stateValues());
-    }
-}
-
-TEST(Processing, InPlaceSplitBlocksAndCalAllAgree) {
-    for (int order = -5; order <= 5; ++order) {
-        SCOPED_TRACE(order);
-        const std::vector<float> in = noise(1001, 7u + static_cast<unsigned>(order + 5));
-
-        IirProcess separate = busyFilter(order, 3);
-        std::vector<float> outSeparate(in.size());
-        std::vector<float> inCopy = in;
-        separate.doProcess(inCopy.data(), outSeparate.data(), static_cast<unsigned>(in.size()));
-        EXPECT_EQ(inCopy, in) << "input array modified";
-
-        // In place, cut into blocks of any size.
-        IirProcess split = busyFilter(order, 3);
-        std::vector<float> pieces = in;
-        std::size_t pos = 0;
-        for (std::size_t len : {1u, 2u, 63u, 64u, 65u, 300u, 506u}) {
-            split.doProcess(pieces.data() + pos, pieces.data() + pos, static_cast<unsigned>(len));
-            pos += len;
-        }
-        ASSERT_EQ(pos, in.size());
-        EXPECT_EQ(pieces, outSeparate);
-        EXPECT_EQ(state(split), state(separate));
-
-        IirProcess single = busyFilter(order, 3);
-        for (std::size_t i = 0; i < in.size(); ++i)
-            EXPECT_EQ(static_cast<float>(single.cal(static_cast<double>(in[i]))), outSeparate[i]) << i;
-        EXPECT_EQ(state(single), state(separate));
-
-        // cal(int) is cal of the exact double.
-        for (int x : {3, -7, 2147483647, -2147483647 - 1}) EXPECT_EQ(single.cal(x), separate.cal(static_cast<double>(x)));
-        EXPECT_EQ(state(single), state(separate));
-    }
-}
-
-TEST(Processing, NonFiniteSamplesStayUntilTheStateIsReplaced) {
-    IirProcess f = busyFilter(2, 5);
-    EXPECT_TRUE(std::isnan(f.cal(std::nan(""))));
-    EXPECT_TRUE(std::isnan(f.cal(0.0)));
-    f.clearDelay();
-    EXPECT_EQ(f.cal(0.0), 0.0);
-    // Beyond the float range becomes an infinity in the output block.
-    IirProcess big = holding(2, {1e300});
-    float x = 1.0f;
-    big.doProcess(&x, &x, 1);
-    EXPECT_TRUE(std::isinf(x));
 }
 
 }  // namespace

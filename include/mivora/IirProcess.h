@@ -53,6 +53,9 @@ class VqMemAlloc;
 namespace design {
 struct Cascade;
 }
+namespace detail {
+struct IirProcessAccess;
+}
 
 class IirProcess {
 public:
@@ -377,6 +380,10 @@ private:
     // changeOrder(c.order), then the sections a multi-section design
     // computed, exactly those its order runs.
     void applyDesign(const design::Cascade& c) noexcept;
+
+    // Tests, fuzzers and benchmarks reach the fields below through this one
+    // accessor, never by offsets of their own.
+    friend struct detail::IirProcessAccess;
 
     double delay[8];      // per section: x1 x2 y1 y2
     double coef[10];      // per section: b0 b1 b2 a1 a2

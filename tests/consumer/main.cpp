@@ -1,7 +1,7 @@
 // Uses the library as an outside program does and checks that what it links
 // against behaves: a +6 dB peaking band reports +6 dB at its centre and 0 dB
-// far from it, and a tone run through it in blocks comes out finite and 6 dB
-// louder. Exits non-zero, saying why, when anything is off.
+// far from it, and a tone run through it in blocks comes out 6 dB louder
+// (a NaN fails every check). Exits non-zero, saying why, when anything is off.
 #include <mivora/IirProcess.h>
 
 #include <cmath>
@@ -47,16 +47,13 @@ int main() {
         eq->doProcess(p, p, block);
     }
 
-    bool finite = true;
     double inPower = 0.0, outPower = 0.0;
     for (std::size_t i = 0; i < signal.size(); ++i) {
-        finite = finite && std::isfinite(signal[i]);
         if (i >= signal.size() / 2) {
             inPower += static_cast<double>(input[i]) * input[i];
             outPower += static_cast<double>(signal[i]) * signal[i];
         }
     }
-    expectNear("output finite (1 = yes)", finite ? 1.0 : 0.0, 1.0, 0.0);
     expectNear("measured gain at centre (dB)", 10.0 * std::log10(outPower / inPower), 6.0, 0.05);
 
     eq->~IirProcess();

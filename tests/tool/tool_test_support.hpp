@@ -2,10 +2,23 @@
 #ifndef MIVORA_TOOL_TEST_SUPPORT_HPP
 #define MIVORA_TOOL_TEST_SUPPORT_HPP
 
+#include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <spawn.h>
+#include <sstream>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
+
+extern char** environ;
 
 namespace tool_test {
 
@@ -15,35 +28,144 @@ struct Run {
     std::string err;
 };
 
-// Runs the tool with `args` (without the program name) in `workDir`.
-Run runTool(const std::vector<std::string>& args, const std::string& workDir = ".");
-
-// A refused run, as a user sees it: exit status 2, nothing on stdout, and
-// one line on stderr, "mivora: ..." containing `message`.
-void expectRefused(const Run& run, const std::string& message);
-
-// A fresh, empty directory under the build tree for one test.
-std::string scratchDir(const std::string& name);
-// Every name in a directory, hidden ones included, sorted.
-std::vector<std::string> filesIn(const std::string& dir);
-std::string readText(const std::string& path);
-void writeText(const std::string& path, const std::string& text);
-
-// Rows of numbers from comma- or space-separated text; lines that start
-// with a letter or '#' (headers, comments) are skipped. With labelColumn,
-// each line's first comma-separated field is dropped first.
-std::vector<std::vector<double>> numberRows(const std::string& text, bool labelColumn = false);
-
 struct Audio {
     int channels = 0;
     int sampleRate = 0;
     int format = 0;
     std::vector<float> samples;  // interleaved, scaled to [-1, 1)
 };
-void writeAudio(const std::string& path, const Audio& audio);
-Audio readAudio(const std::string& path);
+
+
+// A fresh, empty directory under the build tree for one test.
+inline std::string scratchDir(const std::string& name) {
+    const std::filesystem::path dir = std::filesystem::path(MIVORA_TOOL_SCRATCH) / name;
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    return dir.string();
+}
+
+// Every name in a directory, hidden ones included, sorted.
+inline std::vector<std::string> filesIn(const std::string& dir) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+inline std::string readText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+inline void writeText(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// Rows of numbers from comma- or space-separated text; lines that start
+// with a letter or '#' (headers, comments) are skipped. With labelColumn,
+// each line's first comma-separated field is dropped first.
+inline std::vector<std::vector<double>> numberRows(const std::string& text, bool labelColumn = false) {
+    std::vector<std::vector<double>> rows;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (labelColumn) line.erase(0, line.find(',') + 1);
+        if (line.empty() || line[0] == '#' || std::isalpha(static_cast<unsigned char>(line[0]))) continue;
+        std::replace(line.begin(), line.end(), ',', ' ');
+        std::istringstream words(line);
+        std::vector<double> row;
+        for (std::string w; words >> w;) row.push_back(std::strtod(w.c_str(), nullptr));
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+inline void writeAudio(const std::string& path, const Audio& audio) {
+    SF_INFO info{};
+    info.channels = audio.channels;
+    info.samplerate = audio.sampleRate;
+    info.format = audio.format;
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
+    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    const auto frames = static_cast<sf_count_t>(audio.samples.size() / static_cast<std::size_t>(audio.channels));
+    EXPECT_EQ(sf_writef_float(file, audio.samples.data(), frames), frames);
+    sf_close(file);
+}
+
+// Reads every sample of a file as T through `read`; info gets the header.
+template <class T>
+inline std::vector<T> readSamples(const std::string& path, SF_INFO& info,
+                           sf_count_t (*read)(SNDFILE*, T*, sf_count_t)) {
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    std::vector<T> samples;
+    if (!file) {
+        ADD_FAILURE() << "cannot read " << path << ": " << sf_strerror(nullptr);
+        return samples;
+    }
+    samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+    read(file, samples.data(), info.frames);
+    sf_close(file);
+    return samples;
+}
+
+inline Audio readAudio(const std::string& path) {
+    SF_INFO info{};
+    std::vector<float> samples = readSamples(path, info, sf_readf_float);
+    return {info.channels, info.samplerate, info.format, std::move(samples)};
+}
+
 // Raw 16-bit values, for checking integer output exactly.
-std::vector<short> readShorts(const std::string& path);
+inline std::vector<short> readShorts(const std::string& path) {
+    SF_INFO info{};
+    return readSamples(path, info, sf_readf_short);
+}
+
+
+// Runs the tool with `args` (without the program name) in `workDir`.
+inline Run runTool(const std::vector<std::string>& args, const std::string& workDir = ".") {
+    const std::string capture = scratchDir("capture-" + std::to_string(::getpid()));
+    const std::string outPath = capture + "/out", errPath = capture + "/err";
+
+    std::vector<std::string> argvText{MIVORA_TOOL_PATH};
+    argvText.insert(argvText.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (std::string& a : argvText) argv.push_back(a.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addchdir_np(&actions, workDir.c_str());
+    pid_t pid = 0;
+    const int spawned = posix_spawn(&pid, MIVORA_TOOL_PATH, &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+
+    Run run;
+    if (spawned != 0) {
+        ADD_FAILURE() << "cannot start " << MIVORA_TOOL_PATH;
+        return run;
+    }
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    run.out = readText(outPath);
+    run.err = readText(errPath);
+    return run;
+}
+
+// A refused run, as a user sees it: exit status 2, nothing on stdout, and
+// one line on stderr, "mivora: ..." containing `message`.
+inline void expectRefused(const Run& run, const std::string& message) {
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err.rfind("mivora: ", 0), 0u) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << "not one line: " << run.err;
+    EXPECT_NE(run.err.find(message), std::string::npos) << run.err;
+}
 
 }  // namespace tool_test
 

@@ -1,0 +1,239 @@
+// The single-section designs (peaking, shelves, Q sections, all-pass and DC
+// filters) against the analogue or one-pole filter each stands for, with the
+// identities and the degenerate arguments the header documents.
+#include <gtest/gtest.h>
+
+#include "test_support.hpp"
+
+using namespace mivora_test;
+
+namespace {
+
+// A low shelf of variant A boosts by (s + A)/(s + 1), or (s^2 + k*sqrt(A)*s +
+// A)/(s^2 + k*s + 1) at second order. Variant B is the same shelf with both
+// corners moved down by A (first order) or sqrt(A), a high shelf is the low
+// shelf at 1/s, and a cut is the reciprocal of the boost.
+struct ShelfKind {
+    bool high, variantB;
+    double damping;  // 0 for a first-order shelf
+};
+Complex shelf(ShelfKind kind, double gainDb, Complex s) {
+    const double a = std::pow(10.0, std::fabs(gainDb) / 20.0), r = std::sqrt(a), k = kind.damping;
+    if (kind.high) s = 1.0 / s;
+    if (kind.variantB) s *= k == 0.0 ? a : r;
+    const Complex h = k == 0.0 ? (s + a) / (s + 1.0) : (s * s + k * r * s + a) / (s * s + k * s + 1.0);
+    return gainDb >= 0.0 ? h : 1.0 / h;
+}
+// The peaking bell: q is the pole Q of a PQ boost (the zero Q of a CQ boost),
+// the other quadratic has q/A (PQ) or A*q (CQ); a cut is the boost inverted.
+Complex bell(bool cq, double gainDb, double q, Complex s) {
+    const double a = std::pow(10.0, std::fabs(gainDb) / 20.0);
+    const double num = cq ? 1.0 / q : a / q, den = cq ? 1.0 / (a * q) : 1.0 / q;
+    const Complex h = (s * s + num * s + 1.0) / (s * s + den * s + 1.0);
+    return gainDb >= 0.0 ? h : 1.0 / h;
+}
+constexpr double kSqrt2 = 1.4142135623730951;
+
+// design(f, freq, fs, g, q) and the model H(s) it follows, with s = j at freq;
+// g is a gain in dB (or unused), q a Q (or unused).
+struct Model {
+    const char* name;
+    void (*design)(IirProcess&, double, double, double, double);
+    Complex (*h)(double g, double q, Complex s);
+    bool gain;  // g is a gain: 0 dB passes exactly and a cut inverts the boost
+};
+#define DESIGN(call) [](IirProcess& f, double freq, double fs, double g, double q) { (void)g, (void)q, f.call; }
+#define SHELF(name, high, b, k) \
+    {#name, DESIGN(setCoef##name(freq, g, fs)), [](double g, double, Complex s) { return shelf({high, b, k}, g, s); }, true}
+const Model kModels[] = {
+    {"PDFPQ", DESIGN(setCoefPDFPQ(freq, fs, g, q)), [](double g, double q, Complex s) { return bell(false, g, q, s); }, true},
+    {"setCoef", DESIGN(setCoef(freq, fs, g, q)), [](double g, double q, Complex s) { return bell(false, g, q, s); }, true},
+    {"PDFCQ", DESIGN(setCoefPDFCQ(freq, fs, g, q)), [](double g, double q, Complex s) { return bell(true, g, q, s); }, true},
+    SHELF(LOWS_A, false, false, 0.0), SHELF(LOWS_B, false, true, 0.0), SHELF(HIGS_A, true, false, 0.0),
+    SHELF(HIGS_B, true, true, 0.0), SHELF(LOWS_2A, false, false, kSqrt2), SHELF(LOWS_2B, false, true, kSqrt2),
+    SHELF(HIGS_2A, true, false, kSqrt2), SHELF(HIGS_2B, true, true, kSqrt2),
+    // Damping 2: the first-order shelf at half the gain, squared.
+    SHELF(LOWS_PM_2A, false, false, 2.0), SHELF(LOWS_PM_2B, false, true, 2.0), SHELF(HIGS_PM_2A, true, false, 2.0),
+    SHELF(HIGS_PM_2B, true, true, 2.0),
+    {"HPFQfct", DESIGN(setCoefHPFQfct(freq, q, fs)), [](double, double q, Complex s) { return s * s / (s * s + s / q + 1.0); }, false},
+    {"LPFQfct", DESIGN(setCoefLPFQfct(freq, q, fs)), [](double, double q, Complex s) { return 1.0 / (s * s + s / q + 1.0); }, false},
+    {"BPFQfct", DESIGN(setCoefBPFQfct(freq, q, fs)), [](double, double q, Complex s) { return s / (s * s + s / q + 1.0); }, false},
+    {"BPF_Q", DESIGN(setCoefBPF_Q(freq, q, fs)), [](double, double q, Complex s) { return s / q / (s * s + s / q + 1.0); }, false},
+    {"APF1st", DESIGN(setAPF1st(freq, fs)), [](double, double, Complex s) { return (1.0 - s) / (1.0 + s); }, false},
+};
+#undef SHELF
+
+TEST(Sections, FollowTheirAnalogueModels) {
+    const double fs = 48000.0;
+    const std::pair<double, double> args[] = {{-24, 0.5}, {-6, 2}, {-0.5, 40}, {0.5, 0.707}, {9, 10}, {30, 0.3}};
+    for (const Model& m : kModels)
+        for (auto [g, q] : args)
+            for (double freq : {40.0, 1000.0, 15000.0}) {
+                SCOPED_TRACE(::testing::Message() << m.name << " g=" << g << " q=" << q << " f=" << freq);
+                IirProcess f, inverse;
+                m.design(f, freq, fs, g, q);
+                m.design(inverse, freq, fs, -g, q);
+                for (double x : logFrequencies(fs, 60)) {
+                    const Complex h = responseOf(f, x, fs);
+                    EXPECT_TRUE(closeRelative(h, m.h(g, q, sAt(x, fs, freq)), 1e-9)) << x;
+                    EXPECT_TRUE(!m.gain || closeRelative(h * responseOf(inverse, x, fs), 1.0, 1e-9)) << x;
+                }
+            }
+}
+
+// 0 dB (and -0 dB) passes the signal unchanged; a NaN gain or fs = 0 give
+// NaN, except that the peaking designs write nothing for a NaN gain.
+TEST(Sections, ZeroGainPassesTheSignalAndNanGainOrZeroRateGiveNan) {
+    for (const Model& m : kModels) {
+        if (!m.gain) continue;
+        SCOPED_TRACE(m.name);
+        for (double zero : {0.0, -0.0}) {
+            IirProcess f;
+            m.design(f, 3000.0, 44100.0, zero, 0.9);
+            const Values c = section0(f);
+            EXPECT_TRUE(c[0] == 1.0 && c[1] == -c[3] && c[2] == -c[4]);
+            for (double x : {1.0, -0.5, 0.25, 0.0, 0.75}) EXPECT_NEAR(f.cal(x), x, 1e-12);
+        }
+        IirProcess nanGain(4), fsZero;
+        m.design(nanGain, 1000.0, 48000.0, std::nan(""), 1.0);
+        m.design(fsZero, 1000.0, 0.0, 6.0, 1.0);
+        const bool peaking = std::string(m.name).find("Coef") != std::string::npos || m.name[0] == 'P';
+        EXPECT_TRUE(peaking ? section0(nanGain) == Values(5, 0.0) : std::isnan(section0(nanGain)[0]));
+        EXPECT_TRUE(std::isnan(section0(fsZero)[0]));
+    }
+    IirProcess kept;
+    kept.setCoefPDFPQ(1000.0, 48000.0, 6.0, 1.0);
+    const Values before = coefs(kept);
+    kept.setCoefPDFCQ(500.0, 48000.0, std::nan(""), 1.0);
+    EXPECT_EQ(coefs(kept), before);
+}
+
+TEST(Sections, ShelfSelectorsPickTheVariant) {
+    using Shelf = void (IirProcess::*)(double, double, double);
+    using Selector = void (IirProcess::*)(double, double, double, short);
+    const struct {
+        Shelf plain;
+        Selector typed;
+        Shelf a, b;
+    } families[] = {
+        {&IirProcess::setCoefLOWS, &IirProcess::setCoefLOWS, &IirProcess::setCoefLOWS_A, &IirProcess::setCoefLOWS_B},
+        {&IirProcess::setCoefHIGS, &IirProcess::setCoefHIGS, &IirProcess::setCoefHIGS_A, &IirProcess::setCoefHIGS_B},
+        {&IirProcess::setCoefLOWS_2, &IirProcess::setCoefLOWS_2, &IirProcess::setCoefLOWS_2A, &IirProcess::setCoefLOWS_2B},
+        {&IirProcess::setCoefHIGS_2, &IirProcess::setCoefHIGS_2, &IirProcess::setCoefHIGS_2A, &IirProcess::setCoefHIGS_2B},
+    };
+    for (const auto& fam : families)
+        for (double gain : {-7.0, 11.0}) {
+            IirProcess a, b, plain;
+            (a.*fam.a)(900.0, gain, 48000.0);
+            (b.*fam.b)(900.0, gain, 48000.0);
+            (plain.*fam.plain)(900.0, gain, 48000.0);
+            ASSERT_NE(coefs(a), coefs(b));
+            EXPECT_EQ(coefs(plain), coefs(b));
+            for (short type : {1, 0, 2, -1, 32767}) {
+                IirProcess f;
+                (f.*fam.typed)(900.0, gain, 48000.0, type);
+                EXPECT_EQ(coefs(f), coefs(type == 1 ? b : a)) << type;
+            }
+        }
+}
+
+// A corner shelf is the flat-side (variant B) shelf with its corner placed
+// where (1 - weight)*|gain| + weight*level dB on the straight-line response
+// falls at freq: weight 0 is variant A, weight 1 at level 0 variant B.
+TEST(Sections, CornerShelvesPlaceTheirCorner) {
+    using Corner = void (IirProcess::*)(double, double, double, double, double);
+    const struct {
+        Corner design;
+        ShelfKind flatSide;
+    } corners[] = {{&IirProcess::setCoefLowShelf_C, {false, true, 0.0}}, {&IirProcess::setCoefHiShelf_C, {true, true, 0.0}},
+                   {&IirProcess::setCoefLowShelf_2C, {false, true, kSqrt2}},
+                   {&IirProcess::setCoefHiShelf_2C, {true, true, kSqrt2}}};
+    const double fs = 44100.0, freq = 1500.0;
+    for (const auto& c : corners)
+        for (double gain : {-18.0, 6.0, 24.0})
+            for (double weight : {-0.5, 0.0, 0.5, 1.0, 1.5})
+                for (double level : {-12.0, 0.0, 9.0}) {
+                    SCOPED_TRACE(::testing::Message() << (&c - corners) << " g=" << gain << " w=" << weight << " l=" << level);
+                    IirProcess f;
+                    (f.*c.design)(fs, freq, gain, weight, level);
+                    // Decibels per decade of the transition, doubled at second order.
+                    const double offset = (1.0 - weight) * std::fabs(gain) + weight * level;
+                    const double perDecade = c.flatSide.damping == 0.0 ? 20.0 : 40.0;
+                    const double corner = std::pow(10.0, (c.flatSide.high ? -offset : offset) / perDecade);
+                    for (double x : logFrequencies(fs, 40))
+                        EXPECT_TRUE(closeRelative(responseOf(f, x, fs), shelf(c.flatSide, gain, sAt(x, fs, freq) / corner), 1e-9)) << x;
+                }
+}
+
+// The one-pole DC filters, with alpha = 1 - exp(-2 pi freq/fs) in the corner
+// form: the DC-tracking low-pass is a/(1 - (1 - a)/z), the DC cut
+// g (1 - 1/z)/(1 - g/z) with g = 1 - a/2.
+TEST(Sections, DcFiltersAreTheirOnePoleFilters) {
+    const double fs = 48000.0;
+    // {freq, 0} designs by the corner, {0, alpha} by alpha.
+    const std::pair<double, double> args[] = {{1, 0}, {20, 0}, {440, 0}, {5000, 0}, {23999, 0},
+                                              {0, 1.0}, {0, 0.5}, {0, 0.05}, {0, 0.001}};
+    for (bool cut : {false, true})
+        for (auto [freq, alpha] : args) {
+            IirProcess f;
+            const double a = freq > 0 ? -std::expm1(-2.0 * kPi * freq / fs) : alpha, g = 1.0 - a / 2.0;
+            if (freq > 0) cut ? f.setDcfHPF(freq, fs) : f.setDcfLPF(freq, fs);
+            else cut ? f.setDcfHPF(alpha) : f.setDcfLPF(alpha);
+            ASSERT_EQ(f.getOrder(), 1);
+            for (double x : logFrequencies(fs, 30)) {
+                const Complex z1 = std::polar(1.0, -2.0 * kPi * x / fs);
+                const Complex want = cut ? g * (1.0 - z1) / (1.0 - g * z1) : a / (1.0 - (1.0 - a) * z1);
+                EXPECT_TRUE(closeRelative(responseOf(f, x, fs), want, 1e-9)) << cut << " " << freq << " @ " << x;
+            }
+            EXPECT_TRUE(!cut || f.power(0.0, fs) == -100.0);  // an exact zero at DC
+        }
+}
+
+TEST(Sections, SecondOrderAllPassIsFlatAndTurnsByPiAtFreq) {
+    const double fs = 48000.0;
+    for (double freq : {20.0, 440.0, 6000.0, 20000.0}) {
+        IirProcess f;
+        f.setAPF2nd(freq, fs);
+        for (double x : logFrequencies(fs, 100)) EXPECT_NEAR(std::abs(responseOf(f, x, fs)), 1.0, 1e-10) << x;
+        EXPECT_NEAR(std::fabs(std::arg(responseOf(f, freq, fs))), kPi, 1e-9);
+        EXPECT_NEAR(f.phase(0.0, fs), 0.0, 1e-12);
+    }
+}
+
+// Degenerate arguments the header documents.
+const double kA6 = std::pow(10.0, 6.0 / 20.0);
+const Row kEdges[] = {
+    // freq 0: (1 - z^-1)^2 over itself, or the shelf's constant gain over a pole on z = 1.
+    {MIVORA_CALL(setCoefPDFPQ(0, 48000, 6, 1)), {1, -2, 1, 2, -1}, 0.0},
+    {MIVORA_CALL(setCoefLOWS_A(0, 6, 48000)), {1, -1, 0, 1, 0}, 0.0},
+    {MIVORA_CALL(setCoefHIGS_A(0, 6, 48000)), {kA6, -kA6, 0, 1, 0}, 0.0},
+    {MIVORA_CALL(setCoefHIGS_2A(0, 6, 48000)), {kA6, -2 * kA6, kA6, 2, -1}, 0.0},
+    {MIVORA_CALL(setCoefBPFQfct(0, 2, 48000)), {0, 0, 0, 2, -1}, 0.0},
+    {MIVORA_CALL(setCoefBPF_Q(0, 2, 48000)), {0, 0, 0, 2, -1}, 0.0},
+    {MIVORA_CALL(setAPF1st(0, 48000)), {-1, 1, 0, 1, 0}, 0.0},
+    {MIVORA_CALL(setDcfLPF(0, 44100)), {0, 0, 1}, 0.0},  // holds its last output
+    {MIVORA_CALL(setDcfHPF(0, 44100)), {1, -1, 1}, 0.0},
+    // -100 dB is silence: a high shelf cut to nothing holds its output at
+    // weight < 1 and is a first-order low-pass at weight 1; a silent level
+    // sends a low shelf's corner to 0 (poles and zeros cancel on z = 1) and a
+    // high shelf's next to fs/2.
+    {MIVORA_CALL(setCoefHiShelf_C(4000, 1000, -100, 0.5, 0)), {0, 0, 0, 1, 0}, 0.0},
+    {MIVORA_CALL(setCoefHiShelf_C(4000, 1000, -100, 1, 0)), {0.5, 0.5, 0, 0, 0}, 1e-12},
+    {MIVORA_CALL(setCoefLowShelf_C(48000, 1000, 9, 0.5, -100)), {1, -1, 0, 1, 0}, 0.0},
+    {MIVORA_CALL(setCoefLowShelf_2C(48000, 1000, -9, 0.5, -100)), {1, -2, 1, 2, -1}, 0.0},
+};
+TEST(Sections, DegenerateArguments) {
+    for (const Row& r : kEdges) expectRow(r);
+    IirProcess hi, hi2;
+    hi.setCoefHiShelf_C(48000.0, 1000.0, 9.0, 0.5, -100.0);
+    hi2.setCoefHiShelf_2C(48000.0, 1000.0, -9.0, 0.5, -100.0);
+    EXPECT_NEAR(section0(hi)[3], -1.0, 1e-9);
+    EXPECT_TRUE(std::fabs(section0(hi2)[3] + 2.0) < 1e-9 && std::fabs(section0(hi2)[4] + 1.0) < 1e-9);
+    for (const char* which : {"q", "fs"}) {
+        IirProcess f;
+        which[0] == 'q' ? f.setCoefPDFPQ(1000.0, 48000.0, 6.0, 0.0) : f.setCoefPDFPQ(1000.0, 0.0, 6.0, 1.0);
+        EXPECT_TRUE(std::isnan(section0(f)[0]) && std::isnan(section0(f)[4])) << which;
+    }
+}
+
+}  // namespace
