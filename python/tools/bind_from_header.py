@@ -31,7 +31,9 @@ def parse_params(text):
 def parse(header):
     """The public declarations in order, each with the comment above it and
     the note of the group it stands in."""
-    body = header.split("class MIVORA_API IirProcess {", 1)[1].split("private:", 1)[0]
+    # The export macro (on the class or on each member) is no part of the API.
+    header = re.sub(r"\bMIVORA_API\s+", "", header)
+    body = header.split("class IirProcess {", 1)[1].split("private:", 1)[0]
     overview = header.split("#ifndef", 1)[0]
     decls, comment, group, note, pending = [], [], "", [], ""
     block_has_decl = comment_closed = False
