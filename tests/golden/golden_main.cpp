@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "golden_grid.hpp"
-#if MIVORA_GOLDEN_INTERNALS
+#if MIVORA_GOLDEN_PATH_QUERY
 #include "core/kernel_paths.hpp"
 #endif
 
@@ -91,9 +91,7 @@ private:
 
 void walkAll(Recorder& rec) {
     walkFilterGrid(rec);
-#if MIVORA_GOLDEN_INTERNALS
     walkMathGrid(rec);
-#endif
 }
 
 // File lines: "<hash, 16 hex digits> <count> <group>"; '#' starts a comment.
@@ -144,14 +142,9 @@ int check(const char* path) {
     walkAll(h);
     std::map<std::string, Digest> actual(h.groups().begin(), h.groups().end());
     std::set<std::string> bad;
-    std::size_t skipped = 0;
     for (const auto& [name, want] : expected) {
         const auto it = actual.find(name);
         if (it == actual.end()) {
-            if (name.rfind("math ", 0) == 0 && !MIVORA_GOLDEN_INTERNALS) {
-                ++skipped;  // a shared library hides the functions
-                continue;
-            }
             std::printf("MISSING  %s\n", name.c_str());
             bad.insert(name);
             continue;
@@ -169,8 +162,7 @@ int check(const char* path) {
         bad.insert(name);
     }
     if (bad.empty()) {
-        std::printf("golden values: %zu groups identical%s\n", expected.size() - skipped,
-                    skipped ? " (elementary functions skipped: shared library)" : "");
+        std::printf("golden values: %zu groups identical\n", expected.size());
         return 0;
     }
     std::printf("\n%zu groups differ. Their first cases here (group | arguments | results);\n"
@@ -194,7 +186,7 @@ int main(int argc, char** argv) {
         walkAll(p);
         return 0;
     }
-#if MIVORA_GOLDEN_INTERNALS
+#if MIVORA_GOLDEN_PATH_QUERY
     if (mode == "path" && argc == 2) {
         const bool fma = Mivora::detail::fastestPath() == Mivora::detail::Path::x86Fma;
         std::printf("%s\n", fma ? "x86Fma" : "portable");
