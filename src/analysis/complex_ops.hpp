@@ -1,11 +1,11 @@
 // The complex arithmetic of the response queries, written out in double
 // operations so that every compiler, optimisation level and runtime gives
-// the same bits. The groupings are those of std::complex<double> as an
-// optimising compiler evaluates it (a real scalar scales both parts, real +
-// complex adds to the real part alone, real - z is -z + real); a compiler
-// may instead treat a real operand as complex with a zero imaginary part,
-// and a NaN product goes to a runtime helper (__muldc3) whose rounding and
-// NaN handling differ between targets. Internal to the library.
+// the same bits. The groupings are those std::complex<double> gives in an
+// optimised build (a real scalar scales both parts, real + z adds to the real
+// part alone, real - z is -z + real). Left to std::complex, a product whose
+// parts both come out NaN would go to a runtime helper (__muldc3) built
+// differently per target, and standard libraries differ in whether they
+// recover infinities there at all. Internal to the library.
 #ifndef MIVORA_COMPLEX_OPS_HPP
 #define MIVORA_COMPLEX_OPS_HPP
 
