@@ -69,7 +69,7 @@ golden() {
 
 math_tests() {  # the accuracy test against MPFR, when this build has it
     local bin=$NATIVE/tests/math/mivora_math_tests
-    if [ -x "$bin" ]; then "$@" "$bin" --gtest_brief=1; else echo "(not built: no MPFR)"; fi
+    if [ -x "$bin" ]; then "$@" "$bin" --gtest_brief=1; else echo "(mivora_math_tests not built here)"; fi
 }
 
 nofma_path() {  # the FMA3 kernels must not be chosen without FMA

@@ -30,7 +30,8 @@ struct Params {
 };
 
 using List = std::vector<double>;
-const List kFreq = {0.0, 1e-300, 1e-3, 20.0, 440.0, 1000.0, 3333.3, 12000.0, 22050.0, 23999.0, 24000.0, 36000.0, -1000.0};
+const List kFreq = {0.0,     1e-300,  1e-3,    20.0,    440.0,   1000.0, 3333.3,
+                     12000.0, 22050.0, 23999.0, 24000.0, 36000.0, 1e300, -1000.0};
 // 0 gives NaN designs; 48000 makes 24000 Nyquist, 44100 makes 22050 Nyquist.
 const List kFs = {48000.0, 44100.0, 0.0};
 const List kGainDb = {-0.0, 0.0, 0.1, -3.0, 6.0, -12.5, 24.0, -60.0, 120.0, -100.0, kNaN};
@@ -45,31 +46,49 @@ const List kOrder = {-6, -5, -4, -3, -2, -1, 0, 1, 2, 3, 4, 5, 6};
 const List kProtoOrder = {-1, 0, 1, 2, 3};
 const List kType = {0, 1, 2, -1};
 const List kAlpha = {0.0, 0.01, 0.3, 1.0, 1.9999, 2.0, 3.5, 4.0, -0.5};
-// Band edges as (low, high) pairs, reversed and degenerate ones included.
-const List kBandLow = {300.0, 1000.0, 20.0, 0.0, 5000.0, 1e-3, 440.0, 12000.0};
-const List kBandHigh = {3000.0, 8000.0, 40.0, 1000.0, 4000.0, 23999.0, 441.0, 24000.0};
+// Band edges, each low against each high: reversed and degenerate bands too.
+const List kBandLow = {0.0, 1e-3, 20.0, 440.0, 5000.0, 12000.0};
+const List kBandHigh = {40.0, 441.0, 4000.0, 8000.0, 23999.0, 24000.0};
 
-// One argument list and the field it sets.
+// One argument: its list of values, the range typical designs draw it
+// from (octaves: lo * 2^[0, hi); integers: [lo, hi]), and the field it sets.
+enum class Draw { Uniform, Octaves, Integer };
 struct Axis {
     const List* values;
+    Draw draw;
+    double lo, hi;
     void (*set)(Params&, double);
+    double random(SplitMix& r) const {
+        switch (draw) {
+            case Draw::Uniform: return r.uniform(lo, hi);
+            case Draw::Octaves: {
+                const double octave = static_cast<double>(1ull << (r.next() % static_cast<std::uint64_t>(hi)));
+                return r.uniform(lo, 2.0 * lo) * octave;
+            }
+            case Draw::Integer: return lo + static_cast<double>(r.next() % static_cast<std::uint64_t>(hi - lo + 1.0));
+        }
+        return lo;
+    }
 };
-#define MIVORA_AXIS(list, field) \
-    Axis { &list, [](Params& p, double v) { p.field = static_cast<decltype(p.field)>(v); } }
-const Axis kFreqAxis = MIVORA_AXIS(kFreq, freq), kFsAxis = MIVORA_AXIS(kFs, fs),
-           kGainAxis = MIVORA_AXIS(kGainDb, gainDb), kQAxis = MIVORA_AXIS(kQ, q),
-           kRippleAxis = MIVORA_AXIS(kRipple, shape), kStopAxis = MIVORA_AXIS(kStopLevel, shape),
-           kWeightAxis = MIVORA_AXIS(kWeight, weight), kLevelAxis = MIVORA_AXIS(kLevelDb, levelDb),
-           kCornerGainAxis = MIVORA_AXIS(kCornerGainDb, gainDb), kCornerFreqAxis = MIVORA_AXIS(kCornerFreq, freq),
-           kOrderAxis = MIVORA_AXIS(kOrder, order), kProtoAxis = MIVORA_AXIS(kProtoOrder, order),
-           kTypeAxis = MIVORA_AXIS(kType, type), kAlphaAxis = MIVORA_AXIS(kAlpha, alpha);
+#define MIVORA_AXIS(list, draw, lo, hi, field) \
+    Axis { &list, Draw::draw, lo, hi, [](Params& p, double v) { p.field = static_cast<decltype(p.field)>(v); } }
+const Axis kFreqAxis = MIVORA_AXIS(kFreq, Octaves, 10.0, 11, freq),
+           kFsAxis = MIVORA_AXIS(kFs, Uniform, 8000.0, 192000.0, fs),
+           kGainAxis = MIVORA_AXIS(kGainDb, Uniform, -30.0, 30.0, gainDb),
+           kQAxis = MIVORA_AXIS(kQ, Octaves, 0.1, 7, q),
+           kRippleAxis = MIVORA_AXIS(kRipple, Uniform, 0.01, 3.0, shape),
+           kStopAxis = MIVORA_AXIS(kStopLevel, Uniform, 0.0, 900.0, shape),
+           kWeightAxis = MIVORA_AXIS(kWeight, Uniform, 0.0, 1.0, weight),
+           kLevelAxis = MIVORA_AXIS(kLevelDb, Uniform, -20.0, 0.0, levelDb),
+           kCornerGainAxis = MIVORA_AXIS(kCornerGainDb, Uniform, -30.0, 30.0, gainDb),
+           kCornerFreqAxis = MIVORA_AXIS(kCornerFreq, Octaves, 10.0, 11, freq),
+           kOrderAxis = MIVORA_AXIS(kOrder, Integer, 1, 5, order),
+           kProtoAxis = MIVORA_AXIS(kProtoOrder, Integer, 1, 2, order),
+           kTypeAxis = MIVORA_AXIS(kType, Integer, 0, 1, type),
+           kAlphaAxis = MIVORA_AXIS(kAlpha, Uniform, 0.001, 1.5, alpha),
+           kLowAxis = MIVORA_AXIS(kBandLow, Octaves, 20.0, 8, low),
+           kHighAxis = MIVORA_AXIS(kBandHigh, Octaves, 40.0, 9, high);
 #undef MIVORA_AXIS
-// The band edges move together: one axis over the pairs.
-const List kBandPairIndex = {0, 1, 2, 3, 4, 5, 6, 7};
-const Axis kBandAxis{&kBandPairIndex, [](Params& p, double v) {
-                         p.low = kBandLow[static_cast<std::size_t>(v)];
-                         p.high = kBandHigh[static_cast<std::size_t>(v)];
-                     }};
 
 struct Design {
     const char* name;
@@ -120,17 +139,17 @@ const std::vector<Design>& designs() {
                       setCoefBPFQfct(p.freq, p.q, p.fs)),
         MIVORA_DESIGN("setCoefBPF_Q", (std::vector<Axis>{kFreqAxis, kQAxis, kFsAxis}),
                       setCoefBPF_Q(p.freq, p.q, p.fs)),
-        MIVORA_DESIGN("setCoefBPF", (std::vector<Axis>{kProtoAxis, kBandAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBPF", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kFsAxis}),
                       setCoefBPF(p.order, p.low, p.high, p.fs)),
-        MIVORA_DESIGN("setCoefBEF", (std::vector<Axis>{kProtoAxis, kBandAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBEF", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kFsAxis}),
                       setCoefBEF(p.order, p.low, p.high, p.fs)),
-        MIVORA_DESIGN("setCoefBPFChev", (std::vector<Axis>{kProtoAxis, kBandAxis, kRippleAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBPFChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kRippleAxis, kFsAxis}),
                       setCoefBPFChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBEFChev", (std::vector<Axis>{kProtoAxis, kBandAxis, kRippleAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBEFChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kRippleAxis, kFsAxis}),
                       setCoefBEFChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBPFIChev", (std::vector<Axis>{kProtoAxis, kBandAxis, kStopAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBPFIChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kStopAxis, kFsAxis}),
                       setCoefBPFIChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBEFIChev", (std::vector<Axis>{kProtoAxis, kBandAxis, kStopAxis, kFsAxis}),
+        MIVORA_DESIGN("setCoefBEFIChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kStopAxis, kFsAxis}),
                       setCoefBEFIChev(p.order, p.low, p.high, p.shape, p.fs)),
         MIVORA_DESIGN("setDcfLPF(freq, fs)", (std::vector<Axis>{kFreqAxis, kFsAxis}), setDcfLPF(p.freq, p.fs)),
         MIVORA_DESIGN("setDcfLPF(alpha)", (std::vector<Axis>{kAlphaAxis}), setDcfLPF(p.alpha)),
@@ -223,23 +242,37 @@ void recordFilter(Recorder& rec, const std::string& name, const IirProcess& desi
     }
 }
 
-// Every combination of the design's lists, the first list varying slowest.
-void walkDesign(Recorder& rec, const Design& d) {
-    std::vector<std::size_t> at(d.axes.size(), 0);
-    for (;;) {
-        Params p;
-        Values args;
-        for (std::size_t i = 0; i < d.axes.size(); ++i) {
-            const double v = (*d.axes[i].values)[at[i]];
-            d.axes[i].set(p, v);
-            args.push(v);
-        }
+// Every combination of the design's lists, the first list varying slowest;
+// then kDrawn designs with each argument drawn from its typical range.
+constexpr int kDrawn = 250;
+void walkDesign(Recorder& rec, const Design& d, SplitMix& r) {
+    const auto design = [&](const Params& p, const Values& args) {
         IirProcess f;
         d.run(f, p);
         recordFilter(rec, d.name, f, args);
-        std::size_t i = d.axes.size();
+    };
+    std::vector<std::size_t> at(d.axes.size(), 0);
+    for (std::size_t i = 1; i > 0;) {
+        Params p;
+        Values args;
+        for (std::size_t k = 0; k < d.axes.size(); ++k) {
+            const double v = (*d.axes[k].values)[at[k]];
+            d.axes[k].set(p, v);
+            args.push(v);
+        }
+        design(p, args);
+        i = d.axes.size();
         while (i > 0 && ++at[i - 1] == d.axes[i - 1].values->size()) at[--i] = 0;
-        if (i == 0) return;
+    }
+    for (int n = 0; n < kDrawn; ++n) {
+        Params p;
+        Values args;
+        for (const Axis& a : d.axes) {
+            const double v = a.random(r);
+            a.set(p, v);
+            args.push(v);
+        }
+        design(p, args);
     }
 }
 
@@ -334,7 +367,8 @@ void walkTransforms(Recorder& rec) {
 }  // namespace
 
 void walkFilterGrid(Recorder& rec) {
-    for (const Design& d : designs()) walkDesign(rec, d);
+    SplitMix r{2024};
+    for (const Design& d : designs()) walkDesign(rec, d, r);
     walkStateOperations(rec);
     walkTransforms(rec);
 }

@@ -19,27 +19,6 @@ namespace {
 namespace m = Mivora::math;
 using List = std::vector<double>;
 
-// A fixed pseudo-random sequence, identical everywhere (integer arithmetic).
-struct SplitMix {
-    std::uint64_t s;
-    std::uint64_t next() noexcept {
-        std::uint64_t z = (s += 0x9e3779b97f4a7c15u);
-        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9u;
-        z = (z ^ (z >> 27)) * 0x94d049bb133111ebu;
-        return z ^ (z >> 31);
-    }
-    // Any bit pattern: every exponent equally likely, NaNs and infinities too.
-    double anyBits() noexcept {
-        const std::uint64_t b = next();
-        double x;
-        std::memcpy(&x, &b, sizeof x);
-        return x;
-    }
-    double uniform(double lo, double hi) noexcept {
-        return lo + (hi - lo) * (static_cast<double>(next() >> 11) * 0x1p-53);
-    }
-};
-
 const List& specials() {
     static const List s = {
         0.0, -0.0, HUGE_VAL, -HUGE_VAL, std::nan(""), DBL_TRUE_MIN, -DBL_TRUE_MIN, DBL_MIN, -DBL_MIN,
