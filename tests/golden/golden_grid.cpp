@@ -1,8 +1,9 @@
 // The grid over IirProcess. Each design runs on a fresh object at every
 // combination of its argument lists; the lists hold typical values and the
 // edges (0, negative, tiny and huge frequencies, Nyquist and above, signed
-// zero and huge gains, NaN, clamped orders). Each designed filter is then
-// read out, queried and run through one fixed input.
+// zero and huge gains, NaN, clamped orders), then at arguments drawn from
+// their typical ranges. Each designed filter is read out, queried and run
+// through one fixed input.
 #include <mivora/IirProcess.h>
 
 #include <cfloat>
