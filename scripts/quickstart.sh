@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config libcli11-dev libsndfile1-dev)
+PACKAGES=(cmake g++ make libgtest-dev libbenchmark-dev pkg-config libcli11-dev libsndfile1-dev libmpfr-dev)
 # Also needed by the reliability checks CI runs (scripts/ci_checks.sh):
 # clang with its sanitizer and libFuzzer runtimes, clang-tidy, cppcheck.
 CHECK_PACKAGES=(clang libclang-rt-14-dev clang-tidy cppcheck)
