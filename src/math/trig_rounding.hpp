@@ -1,0 +1,28 @@
+// The rounding test of the trigonometric fast paths (double-double results).
+#ifndef MIVORA_TRIG_ROUNDING_HPP
+#define MIVORA_TRIG_ROUNDING_HPP
+
+#include <cmath>
+
+#include "double_double.hpp"
+
+namespace Mivora::math::trig {
+
+using dd::DD;
+
+// Rounds v = x.hi + x.lo when every value within relError * |v| of it rounds
+// to the same double (the true value lies there): the two bounds go through
+// the same rounding, which is monotonic. relError includes a margin of 2^-100
+// for the rounding of lo +- err (|lo| <= ulp(hi)/2).
+inline bool roundsSafely(DD x, double relError, double& out) noexcept {
+    const double err = relError * std::fabs(x.hi);
+    const double down = x.hi + (x.lo - err);
+    const double up = x.hi + (x.lo + err);
+    if (down != up) return false;
+    out = down;
+    return true;
+}
+
+}  // namespace Mivora::math::trig
+
+#endif
