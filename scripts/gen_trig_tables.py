@@ -12,7 +12,9 @@ PI = mpmath.pi
 
 FRAC_WORDS = 5            # fraction words of the slow path's fixed point
 TWO_OVER_PI_WORDS = 28    # covers the largest exponent plus the slow path's width
-ATAN_STEPS = 64           # atan table at i/64, i = 0..64
+ATAN_STEPS = 64           # slow path: atan at i/64, i = 0..64
+FAST_STEPS = 128          # fast paths: sin, cos at i/128 up to pi/4, atan up to 1
+SINCOS_ENTRIES = 104      # i/128 for i = 0..103 covers pi/4 plus rounding
 INV_FACT_MAX = 40
 
 
@@ -91,10 +93,21 @@ def main():
     print("};")
     print()
     print("// Double-double values (hi + lo) for the fast paths.")
-    print(f"inline constexpr double kAtanStep[{ATAN_STEPS + 1}][2] = {{")
-    for i in range(ATAN_STEPS + 1):
-        hi, lo = dd(mpmath.atan(mpmath.mpf(i) / ATAN_STEPS))
+    print(f"inline constexpr int kFastSteps = {FAST_STEPS};")
+    print(f"// atan(i/{FAST_STEPS}), i = 0..{FAST_STEPS}.")
+    print(f"inline constexpr double kAtanStep[{FAST_STEPS + 1}][2] = {{")
+    for i in range(FAST_STEPS + 1):
+        hi, lo = dd(mpmath.atan(mpmath.mpf(i) / FAST_STEPS))
         print(f"    {{{hexd(hi)}, {hexd(lo)}}},")
+    print("};")
+    print(f"// sin(i/{FAST_STEPS}) and cos(i/{FAST_STEPS}): sin hi, sin lo, cos hi, cos lo.")
+    print(f"inline constexpr int kSinCosEntries = {SINCOS_ENTRIES};")
+    print(f"inline constexpr double kSinCosStep[{SINCOS_ENTRIES}][4] = {{")
+    for i in range(SINCOS_ENTRIES):
+        a = mpmath.mpf(i) / FAST_STEPS
+        sh, sl = dd(mpmath.sin(a))
+        ch, cl = dd(mpmath.cos(a))
+        print(f"    {{{hexd(sh)}, {hexd(sl)}, {hexd(ch)}, {hexd(cl)}}},")
     print("};")
     for name, v in (("kPiOver2", PI / 2), ("kPi", PI)):
         hi, lo = dd(v)

@@ -1,6 +1,7 @@
 // sin, cos, sincos and tan, correctly rounded. Fast path: reduction to
-// |r| <= pi/4 (trig_reduce), Taylor polynomials in double-double, a rounding
-// test; whatever the test cannot decide goes to the 320-bit slow path.
+// |r| <= pi/4 (trig_reduce), a table of sin and cos at i/128 and short
+// polynomials around it, a rounding test; whatever the test cannot decide
+// goes to the 320-bit slow path.
 #include <cmath>
 
 #include "cr_math.hpp"
@@ -12,46 +13,61 @@ namespace Mivora::math {
 namespace {
 
 using trig::DD;
-using trig::kInvFact;
 
-DD coef(int n, bool negative) noexcept {
-    return negative ? DD{-kInvFact[n][0], -kInvFact[n][1]} : DD{kInvFact[n][0], kInvFact[n][1]};
+// sin r and cos r for |r| <= pi/4 (+ rounding), r = rh + rl. With a = i/128
+// the nearest table step and d = |r| - a (|d| <= 2^-8, rh - a exact):
+//   sin(a + d) = S + (C d + S cm + C sm),  cos(a + d) = C + (C cm - S d - S sm)
+// where S, C = sin a, cos a (table, error 2^-107), cm = cos d - 1 and
+// sm = sin d - d. The large products C d, S d, S (-d^2/2) and C (-d^2/2) are
+// exact (fma); everything else is below 2^-17 of the result. sm = d^3 (-1/6
+// + ...) is formed in double: about four roundings of a term below
+// 2^-18.6 |d|, so under 2^-69.8 |d| <= 2^-68.8 |sin r| (|sin r| >= |d|/2 and,
+// for i > 0, >= S/2). cm's tail and the terms left out (d^11/11!, d^10/10!)
+// stay below 2^-85; the two-sums add 2^-100. sin r, cos r within 2^-68.5.
+void sinCosOfReduced(DD r, bool wantSin, bool wantCos, DD& sOut, DD& cOut) noexcept {
+    const bool negative = r.hi < 0;
+    const double rh = std::fabs(r.hi), rl = negative ? -r.lo : r.lo;
+    const int i = static_cast<int>(rh * trig::kFastSteps + 0.5);
+    const DD d = dd::twoSum(rh - i * (1.0 / trig::kFastSteps), rl);
+    const DD z = dd::twoProd(d.hi, d.hi);
+    const double zh = z.hi, zl = z.lo + 2.0 * d.hi * d.lo;
+    const double sm = d.hi * zh * (-1.0 / 6 + zh * (1.0 / 120 + zh * (-1.0 / 5040 + zh * (1.0 / 362880))));
+    const double cmRest = zh * zh * (1.0 / 24 + zh * (-1.0 / 720 + zh * (1.0 / 40320))) - 0.5 * zl;
+    const double cmMain = -0.5 * zh;  // exact
+    if (i == 0) {
+        if (wantSin) sOut = dd::fastTwoSum(d.hi, d.lo + sm);
+        if (wantCos) {
+            const DD c = dd::fastTwoSum(1.0, cmMain);
+            cOut = dd::fastTwoSum(c.hi, c.lo + cmRest);
+        }
+    } else {
+        const double* t = trig::kSinCosStep[i];
+        const double sh = t[0], sl = t[1], ch = t[2], cl = t[3];
+        if (wantSin) {
+            const DD cd = dd::twoProd(ch, d.hi);
+            const DD scm = dd::twoProd(sh, cmMain);
+            const double small = ch * (d.lo + sm) + cl * d.hi + sh * cmRest + sl * cmMain;
+            const DD u = dd::twoSum(sh, cd.hi);
+            const DD v = dd::twoSum(u.hi, scm.hi);
+            sOut = dd::fastTwoSum(v.hi, ((u.lo + v.lo) + (sl + cd.lo + scm.lo)) + small);
+        }
+        if (wantCos) {
+            const DD sd = dd::twoProd(sh, d.hi);
+            const DD ccm = dd::twoProd(ch, cmMain);
+            const double small = ch * cmRest + cl * cmMain - (sh * (d.lo + sm) + sl * d.hi);
+            const DD u = dd::twoSum(ch, -sd.hi);
+            const DD v = dd::twoSum(u.hi, ccm.hi);
+            cOut = dd::fastTwoSum(v.hi, ((u.lo + v.lo) + (cl - sd.lo + ccm.lo)) + small);
+        }
+    }
+    if (negative && wantSin) sOut = dd::neg(sOut);
 }
 
-double c(int n) noexcept { return kInvFact[n][0]; }
-
-// sin r and cos r for |r| <= pi/4 + 2^-40, z = r^2 (z <= 0.617).
-// sin r = r + r z S(z): the terms up to r^7/7! run in double-double, the
-// rest (relative size below 2^-21) in double, so their rounding costs under
-// 2^-72 relative; the series stops at r^21/21!, leaving under 2^-82.
-DD sinPoly(DD r, DD z) noexcept {
-    const double zh = z.hi;
-    const double tail =
-        c(9) + zh * (-c(11) + zh * (c(13) + zh * (-c(15) + zh * (c(17) + zh * (-c(19) + zh * c(21))))));
-    DD b = dd::add(coef(7, true), zh * tail);
-    b = dd::add(coef(5, false), dd::mul(b, z));
-    b = dd::add(coef(3, true), dd::mul(b, z));
-    return dd::add(r, dd::mul(r, dd::mul(b, z)));
-}
-
-// cos r = 1 + z C(z): double-double up to r^8/8!, double beyond (relative
-// size below 2^-25), series to r^22/22! (remainder under 2^-87).
-DD cosPoly(DD z) noexcept {
-    const double zh = z.hi;
-    const double tail =
-        -c(10) + zh * (c(12) + zh * (-c(14) + zh * (c(16) + zh * (-c(18) + zh * (c(20) - zh * c(22))))));
-    DD b = dd::add(coef(8, false), zh * tail);
-    b = dd::add(coef(6, true), dd::mul(b, z));
-    b = dd::add(coef(4, false), dd::mul(b, z));
-    b = dd::add(dd::mul(b, z), -0.5);
-    return dd::add(dd::mul(b, z), 1.0);
-}
-
-// Error bounds (relative, with the 2^-100 margin of the test): reduction
-// 2^-78, polynomials 2^-71, double-double steps 2^-100 each: sin and cos
-// within 2^-68; tan, their quotient, within 2^-66.
-constexpr double kSinCosError = 0x1p-68;
-constexpr double kTanError = 0x1p-66;
+// Error bounds of the fast results (relative, with the margin the test
+// needs): reduction 2^-78, sin r and cos r 2^-68.5, so sin and cos within
+// 2^-66; tan, their quotient (2^-100 more), within 2^-65.
+constexpr double kSinCosError = 0x1p-66;
+constexpr double kTanError = 0x1p-65;
 
 struct Parts {
     int quadrant;
@@ -60,16 +76,13 @@ struct Parts {
 };
 
 // false when the reduced argument is too small for the fast path's bound.
-bool fastParts(double ax, Parts& p) noexcept {
+bool fastParts(double ax, bool wantSin, bool wantCos, Parts& p) noexcept {
     const trig::ReducedFast red = trig::reduceFast(ax);
-    if (red.quadrant != 0 || ax >= 0.7853981633974483) {
-        if (std::fabs(red.r.hi) < 0x1p-25) return false;
-    }
-    DD z = dd::twoProd(red.r.hi, red.r.hi);
-    z = dd::fastTwoSum(z.hi, z.lo + 2.0 * red.r.hi * red.r.lo);
+    if (ax >= 0.7853981633974483 && std::fabs(red.r.hi) < 0x1p-25) return false;
     p.quadrant = red.quadrant;
-    p.s = sinPoly(red.r, z);
-    p.c = cosPoly(z);
+    // sin(q pi/2 + r) needs sin r for even q, cos r for odd q; cos the other.
+    const bool odd = (red.quadrant & 1) != 0;
+    sinCosOfReduced(red.r, odd ? wantCos : wantSin, odd ? wantSin : wantCos, p.s, p.c);
     return true;
 }
 
@@ -98,7 +111,7 @@ double sin(double x) noexcept {
     if (ax < 0x1p-26) return x;
     Parts p;
     double out;
-    if (fastParts(ax, p) && trig::roundsSafely(negIf(sinOf(p), x < 0), kSinCosError, out)) return out;
+    if (fastParts(ax, true, false, p) && trig::roundsSafely(negIf(sinOf(p), x < 0), kSinCosError, out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
 
@@ -109,7 +122,7 @@ double cos(double x) noexcept {
     if (ax < 0x1p-27) return 1.0;
     Parts p;
     double out;
-    if (fastParts(ax, p) && trig::roundsSafely(cosOf(p), kSinCosError, out)) return out;
+    if (fastParts(ax, false, true, p) && trig::roundsSafely(cosOf(p), kSinCosError, out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
 
@@ -119,7 +132,7 @@ SinCos sincos(double x) noexcept {
     if (ax < 0x1p-27) return {x, 1.0};
     Parts p;
     SinCos out{};
-    if (fastParts(ax, p)) {
+    if (fastParts(ax, true, true, p)) {
         const bool sinOk = ax < 0x1p-26 || trig::roundsSafely(negIf(sinOf(p), x < 0), kSinCosError, out.sin);
         if (ax < 0x1p-26) out.sin = x;
         const bool cosOk = trig::roundsSafely(cosOf(p), kSinCosError, out.cos);
@@ -137,7 +150,7 @@ double tan(double x) noexcept {
     if (ax < 0x1p-27) return x;
     Parts p;
     double out;
-    if (fastParts(ax, p)) {
+    if (fastParts(ax, true, true, p)) {
         // tan = sin r / cos r, or -cos r / sin r in the odd quadrants.
         DD t = p.quadrant % 2 == 0 ? dd::div(p.s, p.c) : dd::neg(dd::div(p.c, p.s));
         if (trig::roundsSafely(negIf(t, x < 0), kTanError, out)) return out;
