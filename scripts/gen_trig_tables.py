@@ -15,7 +15,6 @@ TWO_OVER_PI_WORDS = 28    # covers the largest exponent plus the slow path's wid
 ATAN_STEPS = 64           # slow path: atan at i/64, i = 0..64
 FAST_STEPS = 128          # fast paths: sin, cos at i/128 up to pi/4, atan up to 1
 SINCOS_ENTRIES = 104      # i/128 for i = 0..103 covers pi/4 plus rounding
-INV_FACT_MAX = 40
 
 
 def fixed_words(v):
@@ -126,15 +125,6 @@ def main():
     print(f"inline constexpr double kPio2P2 = {hexd(p2)};")
     print(f"inline constexpr double kPio2P3 = {hexd(p3)};")
     print()
-    print(f"// 1/n! as hi + lo, n = 0..{INV_FACT_MAX}.")
-    print(f"inline constexpr double kInvFact[{INV_FACT_MAX + 1}][2] = {{")
-    for k in range(INV_FACT_MAX + 1):
-        hi, lo = dd(1 / mpmath.factorial(k))
-        print(f"    {{{hexd(hi)}, {hexd(lo)}}},")
-    print("};")
-    hi, lo = dd(mpmath.mpf(1) / 3)
-    print(f"inline constexpr double kThirdHi = {hexd(hi)};")
-    print(f"inline constexpr double kThirdLo = {hexd(lo)};")
     print()
     print("}  // namespace Mivora::math::trig")
     print()

@@ -86,6 +86,14 @@ bool fastParts(double ax, bool wantSin, bool wantCos, Parts& p) noexcept {
     return true;
 }
 
+// n / d to 2^-103: the quotient of the high parts and one correction from
+// the exact remainder n.hi - q d.hi (fma).
+DD quotient(DD n, DD d) noexcept {
+    const double q = n.hi / d.hi;
+    const double rem = std::fma(-q, d.hi, n.hi) + (n.lo - q * d.lo);
+    return dd::fastTwoSum(q, rem / d.hi);
+}
+
 DD negIf(DD v, bool negative) noexcept { return negative ? dd::neg(v) : v; }
 
 // sin(q pi/2 + r) and cos(q pi/2 + r).
@@ -152,7 +160,9 @@ double tan(double x) noexcept {
     double out;
     if (fastParts(ax, true, true, p)) {
         // tan = sin r / cos r, or -cos r / sin r in the odd quadrants.
-        DD t = p.quadrant % 2 == 0 ? dd::div(p.s, p.c) : dd::neg(dd::div(p.c, p.s));
+        const bool odd = (p.quadrant & 1) != 0;
+        DD t = odd ? quotient(p.c, p.s) : quotient(p.s, p.c);
+        if (odd) t = dd::neg(t);
         if (trig::roundsSafely(negIf(t, x < 0), kTanError, out)) return out;
     }
     return trig::slowTrig(x, trig::TrigKind::Tan);
