@@ -111,23 +111,23 @@ def main():
         w("    {%s, %s}," % (hi, lo))
     w("};")
     w("")
-    # log: r_i near 1/m for m in [1 + i/128, 1 + (i+1)/128); r_0 = 1 and
-    # r_127 = 1/2 exactly so that arguments next to 1 see no cancellation.
-    w("// log: reciprocals r_i of the mantissa intervals [1+i/128, 1+(i+1)/128)")
-    w("// and -log(r_i); r_0 = 1 and r_127 = 1/2 exactly (-log(r_127) = kLn2).")
-    w("const double kLogRecip[128] = {")
+    # log: r_i near 1/m for m in [1 + i/256, 1 + (i+1)/256); r_0 = 1 and
+    # r_255 = 1/2 exactly so that arguments next to 1 see no cancellation.
+    w("// log: reciprocals r_i of the mantissa intervals [1+i/256, 1+(i+1)/256)")
+    w("// and -log(r_i); r_0 = 1 and r_255 = 1/2 exactly (-log(r_255) = kLn2).")
+    w("const double kLogRecip[256] = {")
     recips = []
-    for i in range(128):
+    for i in range(256):
         if i == 0:
             r = Fraction(1)
-        elif i == 127:
+        elif i == 255:
             r = Fraction(1, 2)
         else:
-            r = round_bits(1 / (1 + Fraction(2 * i + 1, 256)), 53)
+            r = round_bits(1 / (1 + Fraction(2 * i + 1, 512)), 53)
         recips.append(r)
         w("    %s," % to_double(r))
     w("};")
-    w("const dd::DD kLogMinusLogRecip[128] = {")
+    w("const dd::DD kLogMinusLogRecip[256] = {")
     for i, r in enumerate(recips):
         if i == 0:
             w("    {0x0p+0, 0x0p+0},")
@@ -136,6 +136,20 @@ def main():
         hi, lo = dd(-mpmath.log(mr))
         w("    {%s, %s}," % (hi, lo))
     w("};")
+    w("")
+    # Polynomial coefficients: Taylor coefficients, rounded to nearest.
+    def d(q):
+        return to_double(round_bits(q, 53))
+    fact = mpmath.factorial
+    w("// e^r: 1/n!, n = 2..6.")
+    w("const double kExpCoef[5] = {%s};" % ", ".join(d(Fraction(1, int(fact(n)))) for n in range(2, 7)))
+    w("// log1p(z): (-1)^(n+1)/n, n = 4..9; 1/3 as a double-double.")
+    w("const double kLog1pCoef[6] = {%s};" % ", ".join(d(Fraction((-1) ** (n + 1), n)) for n in range(4, 10)))
+    w("const dd::DD kThird = {%s, %s};" % dd(mpmath.mpf(1) / 3))
+    w("// sinh(x)/x - 1 in w = x^2: 1/(2k+1)!, k = 1..3 as double-doubles,")
+    w("// k = 4..8 as doubles.")
+    w("const dd::DD kSinhCoefDD[3] = {%s};" % ", ".join("{%s, %s}" % dd(1 / fact(2 * k + 1)) for k in range(1, 4)))
+    w("const double kSinhCoef[5] = {%s};" % ", ".join(d(Fraction(1, int(fact(2 * k + 1)))) for k in range(4, 9)))
     w("")
     w("// 256-bit constants of the accurate paths (truncated).")
     w("const wide::Wide kWideLn2 = %s;" % wide(ln2))

@@ -2,9 +2,10 @@
 // |lo| <= ulp(hi)/2, about 106 bits of precision. The building block of the
 // fast paths of the correctly rounded functions.
 //
-// Every operation relies on round-to-nearest (the default mode) and on
-// std::fma being exact, which IEEE 754 guarantees on every platform (a
-// machine without an FMA instruction computes it in software, still exact).
+// Every operation relies on round-to-nearest (the default mode). The exact
+// product uses std::fma where the target has the instruction, and Dekker's
+// splitting otherwise (a call to a software fma costs more); both give the
+// same, exact, result, so the bits do not depend on the choice.
 // The relative error bounds quoted assume no underflow or overflow: callers
 // keep their operands well inside the normal range.
 #ifndef MIVORA_DOUBLE_DOUBLE_HPP
@@ -35,10 +36,23 @@ inline DD fastTwoSum(double a, double b) noexcept {
     return {s, e};
 }
 
-// a * b = p + e exactly (barring underflow of e).
+#if defined(__FMA__) || defined(__aarch64__) || defined(_M_ARM64) || defined(__ARM_FEATURE_FMA)
+#define MIVORA_DD_HARDWARE_FMA 1
+#endif
+
+// a * b = p + e exactly (barring underflow of e, and for Dekker's splitting
+// |a|, |b| < 2^995).
 inline DD twoProd(double a, double b) noexcept {
     const double p = a * b;
+#ifdef MIVORA_DD_HARDWARE_FMA
     return {p, std::fma(a, b, -p)};
+#else
+    constexpr double kSplit = 134217729.0;  // 2^27 + 1
+    const double ca = kSplit * a, cb = kSplit * b;
+    const double ah = ca - (ca - a), al = a - ah;
+    const double bh = cb - (cb - b), bl = b - bh;
+    return {p, ((ah * bh - p) + ah * bl + al * bh) + al * bl};
+#endif
 }
 
 // Renormalises hi + lo so that hi is the rounded sum; needs |hi| >= |lo|.
@@ -67,14 +81,14 @@ inline DD neg(DD a) noexcept { return {-a.hi, -a.lo}; }
 // a * b, relative error below 2^-102.
 inline DD mul(DD a, DD b) noexcept {
     DD p = twoProd(a.hi, b.hi);
-    p.lo += std::fma(a.hi, b.lo, a.lo * b.hi);
+    p.lo += a.hi * b.lo + a.lo * b.hi;
     return fastTwoSum(p.hi, p.lo);
 }
 
 // a * b with b a double, relative error below 2^-104.
 inline DD mul(DD a, double b) noexcept {
     DD p = twoProd(a.hi, b);
-    p.lo = std::fma(a.lo, b, p.lo);
+    p.lo += a.lo * b;
     return fastTwoSum(p.hi, p.lo);
 }
 

@@ -19,8 +19,13 @@ extern const dd::DD kLn2;         // ln 2, within 2^-106 relative
 extern const dd::DD kLn10;
 extern const dd::DD kInvLn10;     // 1 / ln 10
 extern const dd::DD kExp2Table[128];        // 2^(j/128)
-extern const double kLogRecip[128];         // r_i ~ 1/(1 + (i+1/2)/128)
-extern const dd::DD kLogMinusLogRecip[128]; // -log(r_i)
+extern const double kLogRecip[256];         // r_i ~ 1/(1 + (i+1/2)/256)
+extern const dd::DD kLogMinusLogRecip[256]; // -log(r_i)
+extern const double kExpCoef[5];            // 1/n!, n = 2..6
+extern const double kLog1pCoef[6];          // (-1)^(n+1)/n, n = 4..9
+extern const dd::DD kThird;                 // 1/3
+extern const dd::DD kSinhCoefDD[3];         // 1/3!, 1/5!, 1/7!
+extern const double kSinhCoef[5];           // 1/9!, ..., 1/17!
 extern const wide::Wide kWideLn2;
 extern const wide::Wide kWideLn10;
 extern const wide::Wide kWideInvLn10;

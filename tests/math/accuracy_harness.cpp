@@ -72,26 +72,59 @@ Draw2 pairOf(Draw x, Draw y) {
     };
 }
 
+namespace {
+
+// Whether v lies within 2^-(53+bits) relative of a midpoint between doubles.
+bool nearAMidpoint(mpfr_srcptr v, int bits) {
+    if (!mpfr_number_p(v) || mpfr_zero_p(v)) return false;
+    mpfr_t m;
+    mpfr_init2(m, 54);
+    mpfr_set(m, v, MPFR_RNDN);  // the nearest 54-bit number
+    bool near = false;
+    if (mpfr_min_prec(m) == 54) {  // a midpoint: 54 significant bits
+        mpfr_sub(m, v, m, MPFR_RNDN);
+        near = mpfr_zero_p(m) || mpfr_get_exp(m) <= mpfr_get_exp(v) - 53 - bits;
+    }
+    mpfr_clear(m);
+    return near;
+}
+
+constexpr int kMaxTries = 1 << 20;
+
+}  // namespace
+
 Draw nearMidpoint(Mpfr1 f, Draw from, int bits) {
     return [=](Rng& r) {
-        mpfr_t v, m;
+        mpfr_t v, a;
         mpfr_init2(v, 53 + bits + 40);
-        mpfr_init2(m, 54);
+        mpfr_init2(a, 53);
         double x = 0.0;
-        for (int tries = 0; tries < (1 << 20); ++tries) {
+        for (int tries = 0; tries < kMaxTries; ++tries) {
             x = from(r);
-            mpfr_set_d(m, x, MPFR_RNDN);
-            f(v, m, MPFR_RNDN);
-            if (!mpfr_number_p(v) || mpfr_zero_p(v)) continue;
-            mpfr_set(m, v, MPFR_RNDN);  // the nearest 54-bit number
-            // A midpoint is a 54-bit number with its last bit set.
-            if (mpfr_min_prec(m) != 54) continue;
-            mpfr_sub(m, v, m, MPFR_RNDN);
-            if (mpfr_zero_p(m) || mpfr_get_exp(m) <= mpfr_get_exp(v) - 53 - bits) break;
+            mpfr_set_d(a, x, MPFR_RNDN);
+            f(v, a, MPFR_RNDN);
+            if (nearAMidpoint(v, bits)) break;
         }
-        mpfr_clear(v);
-        mpfr_clear(m);
+        mpfr_clears(v, a, static_cast<mpfr_ptr>(nullptr));
         return x;
+    };
+}
+
+Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits) {
+    return [=](Rng& r) {
+        mpfr_t v, a, b;
+        mpfr_init2(v, 53 + bits + 40);
+        mpfr_inits2(53, a, b, static_cast<mpfr_ptr>(nullptr));
+        std::pair<double, double> xy;
+        for (int tries = 0; tries < kMaxTries; ++tries) {
+            xy = from(r);
+            mpfr_set_d(a, xy.first, MPFR_RNDN);
+            mpfr_set_d(b, xy.second, MPFR_RNDN);
+            f(v, a, b, MPFR_RNDN);
+            if (nearAMidpoint(v, bits)) break;
+        }
+        mpfr_clears(v, a, b, static_cast<mpfr_ptr>(nullptr));
+        return xy;
     };
 }
 

@@ -28,6 +28,7 @@ struct UnaryRow {
     Mpfr1 reference;
     std::vector<Draw> draws;       // the random inputs are shared among these
     std::vector<double> specials;  // checked in addition
+    std::vector<Draw> hard = {};   // 1/400 as many again (slow draws, e.g. nearMidpoint)
 };
 
 struct BinaryRow {
@@ -36,6 +37,7 @@ struct BinaryRow {
     Mpfr2 reference;
     std::vector<Draw2> draws;
     std::vector<std::pair<double, double>> specials;
+    std::vector<Draw2> hard = {};
 };
 
 // Input generators.
@@ -49,12 +51,14 @@ Draw2 pairOf(Draw x, Draw y);
 // boundary (a midpoint between doubles), found by filtering draws of `from`
 // with MPFR: they drive the slow paths.
 Draw nearMidpoint(Mpfr1 f, Draw from, int bits);
+Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits);
 
 // Special values every unary function sees: zeros, infinities, NaN, the
 // extremes of the subnormal and normal ranges, 1, -1.
 std::vector<double> commonSpecials();
 
 std::uint64_t samplesPerFunction();
+constexpr std::uint64_t kHardShare = 400;  // hard inputs: samplesPerFunction() / kHardShare
 std::uint64_t seed();
 
 // The correctly rounded double of f(x) (or f(x, y)), by MPFR with the

@@ -36,6 +36,8 @@ TEST_P(Unary, MatchesMpfrBitForBit) {
     std::vector<double> inputs = row.specials;
     const std::uint64_t n = samplesPerFunction();
     for (std::uint64_t i = 0; i < n; ++i) inputs.push_back(row.draws[i % row.draws.size()](rng));
+    for (std::uint64_t i = 0; !row.hard.empty() && i < n / kHardShare; ++i)
+        inputs.push_back(row.hard[i % row.hard.size()](rng));
     int mismatches = 0;
     for (double x : inputs) {
         const double got = row.ours(x), want = reference(row.reference, x);
@@ -52,6 +54,8 @@ TEST_P(Binary, MatchesMpfrBitForBit) {
     std::vector<std::pair<double, double>> inputs = row.specials;
     const std::uint64_t n = samplesPerFunction();
     for (std::uint64_t i = 0; i < n; ++i) inputs.push_back(row.draws[i % row.draws.size()](rng));
+    for (std::uint64_t i = 0; !row.hard.empty() && i < n / kHardShare; ++i)
+        inputs.push_back(row.hard[i % row.hard.size()](rng));
     int mismatches = 0;
     for (const auto& [x, y] : inputs) {
         const double got = row.ours(x, y), want = reference(row.reference, x, y);
