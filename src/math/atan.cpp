@@ -30,7 +30,7 @@ DD atanUnit(DD u) noexcept {
     const DD den = dd::fastTwoSum(1.0, uc.hi);
     const double denLo = den.lo + (uc.lo + u.lo * c);
     const double q1 = num.hi / den.hi;
-    const double rem = std::fma(-q1, den.hi, num.hi) + (num.lo - q1 * denLo);
+    const double rem = trig::divisionRemainder(num.hi, q1, den.hi) + (num.lo - q1 * denLo);
     const double tl = rem / den.hi;
     const double z = q1 * q1;
     const double corr = q1 * z * (-1.0 / 3 + z * (1.0 / 5 + z * (-1.0 / 7 + z * (1.0 / 9))));
@@ -62,7 +62,7 @@ double atan(double x) noexcept {
         v = atanUnit(DD{ax, 0.0});
     } else {
         const double r = 1.0 / ax;
-        const DD u{r, std::fma(-r, ax, 1.0) / ax};
+        const DD u{r, trig::divisionRemainder(1.0, r, ax) / ax};
         v = dd::add(kHalfPi, dd::neg(atanUnit(u)));
     }
     double out;
@@ -95,7 +95,7 @@ double atan2(double y, double x) noexcept {
     if (d < -900) return trig::slowAtan2(y, x);
     const double fn = static_cast<double>(mn) * 0x1p-52, fd = static_cast<double>(md) * 0x1p-52;
     const double qh = fn / fd;
-    const double ql = std::fma(-qh, fd, fn) / fd;
+    const double ql = trig::divisionRemainder(fn, qh, fd) / fd;
     const double scale = trig::pow2(d);
     DD v = atanUnit(DD{qh * scale, ql * scale});
     if (swap) v = dd::add(kHalfPi, dd::neg(v));

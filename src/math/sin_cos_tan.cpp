@@ -87,10 +87,10 @@ bool fastParts(double ax, bool wantSin, bool wantCos, Parts& p) noexcept {
 }
 
 // n / d to 2^-103: the quotient of the high parts and one correction from
-// the exact remainder n.hi - q d.hi (fma).
+// the exact remainder n.hi - q d.hi.
 DD quotient(DD n, DD d) noexcept {
     const double q = n.hi / d.hi;
-    const double rem = std::fma(-q, d.hi, n.hi) + (n.lo - q * d.lo);
+    const double rem = trig::divisionRemainder(n.hi, q, d.hi) + (n.lo - q * d.lo);
     return dd::fastTwoSum(q, rem / d.hi);
 }
 

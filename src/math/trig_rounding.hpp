@@ -1,4 +1,5 @@
-// The rounding test of the trigonometric fast paths (double-double results).
+// The rounding test of the trigonometric fast paths (double-double results)
+// and the exact remainder of a division, their two shared steps.
 #ifndef MIVORA_TRIG_ROUNDING_HPP
 #define MIVORA_TRIG_ROUNDING_HPP
 
@@ -21,6 +22,14 @@ inline bool roundsSafely(DD x, double relError, double& out) noexcept {
     if (down != up) return false;
     out = down;
     return true;
+}
+
+// n - q d exactly, for q = n / d rounded (barring underflow): the remainder
+// of a correctly rounded quotient is representable, and n - p.hi is exact by
+// Sterbenz's lemma since q d lies within a factor two of n.
+inline double divisionRemainder(double n, double q, double d) noexcept {
+    const DD p = dd::twoProd(q, d);
+    return (n - p.hi) - p.lo;
 }
 
 }  // namespace Mivora::math::trig
