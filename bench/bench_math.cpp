@@ -70,6 +70,33 @@ void powWide_libc(benchmark::State& s) { binary(s, [](double x, double y) { retu
 BENCHMARK(powWide_ours);
 BENCHMARK(powWide_libc);
 
+// The designs' angles: tan and sin/cos of (freq pi)/fs, atan of gains,
+// atan2 of a response in any quadrant.
+MIVORA_UNARY(sin, 0.0, 3.141592653589793)
+MIVORA_UNARY(cos, 0.0, 3.141592653589793)
+MIVORA_UNARY(tan, 0.0, 1.5707963267948966)
+MIVORA_UNARY(atan, 0.0, 1e6)
+
+// Both results of one angle (the C library's pair is two calls, or one
+// fused call where the compiler merges them).
+void sincos_ours(benchmark::State& s) {
+    unary(s, [](double x) { const m::SinCos sc = m::sincos(x); return sc.sin + sc.cos; }, 0.0, 3.141592653589793);
+}
+void sincos_libc(benchmark::State& s) {
+    unary(s, [](double x) { return std::sin(x) + std::cos(x); }, 0.0, 3.141592653589793);
+}
+BENCHMARK(sincos_ours);
+BENCHMARK(sincos_libc);
+void atan2_ours(benchmark::State& s) { binary(s, [](double y, double x) { return m::atan2(y, x); }, -1e3, 1e3, -1e3, 1e3); }
+void atan2_libc(benchmark::State& s) { binary(s, [](double y, double x) { return std::atan2(y, x); }, -1e3, 1e3, -1e3, 1e3); }
+BENCHMARK(atan2_ours);
+BENCHMARK(atan2_libc);
+// Huge arguments: the reduction through the bits of 2/pi.
+void sinHuge_ours(benchmark::State& s) { unary(s, [](double x) { return m::sin(x); }, 1e10, 1e300); }
+void sinHuge_libc(benchmark::State& s) { unary(s, [](double x) { return std::sin(x); }, 1e10, 1e300); }
+BENCHMARK(sinHuge_ours);
+BENCHMARK(sinHuge_libc);
+
 }  // namespace
 
 BENCHMARK_MAIN();
