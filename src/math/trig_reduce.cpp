@@ -64,6 +64,7 @@ void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[
 // by 2^-137. Above, Payne-Hanek with three words of 2/pi: the fraction errs
 // by 2^-137, its conversion by 2^-159 and the product with pi/2 by 2^-104 |r|.
 ReducedFast reduceFast(double ax) noexcept {
+    if (ax <= 0x1.921fb54442d18p-1) return {0, {ax, 0.0}};  // below pi/4: r = x
     if (ax < 0x1p27) {
         const double t = ax * kTwoOverPiD;
         const double k = (t + 0x1.8p52) - 0x1.8p52;  // nearest integer
