@@ -111,10 +111,12 @@ def main():
         w("    {%s, %s}," % (hi, lo))
     w("};")
     w("")
-    # log: r_i near 1/m for m in [1 + i/256, 1 + (i+1)/256); r_0 = 1 and
+    # log: r_i near 1/m for m in [1 + i/256, 1 + (i+1)/256), with 9
+    # significant bits so that m*r_i - 1 is exact in double; r_0 = 1 and
     # r_255 = 1/2 exactly so that arguments next to 1 see no cancellation.
-    w("// log: reciprocals r_i of the mantissa intervals [1+i/256, 1+(i+1)/256)")
-    w("// and -log(r_i); r_0 = 1 and r_255 = 1/2 exactly (-log(r_255) = kLn2).")
+    w("// log: reciprocals r_i (9 significant bits) of the mantissa intervals")
+    w("// [1+i/256, 1+(i+1)/256) and -log(r_i); r_0 = 1 and r_255 = 1/2 exactly")
+    w("// (-log(r_255) = kLn2). |m r_i - 1| < 2^-8 over each interval.")
     w("const double kLogRecip[256] = {")
     recips = []
     for i in range(256):
@@ -123,7 +125,9 @@ def main():
         elif i == 255:
             r = Fraction(1, 2)
         else:
-            r = round_bits(1 / (1 + Fraction(2 * i + 1, 512)), 53)
+            r = round_bits(1 / (1 + Fraction(2 * i + 1, 512)), 9)
+        for m in (1 + Fraction(i, 256), 1 + Fraction(i + 1, 256)):
+            assert abs(m * r - 1) <= Fraction(1, 256), (i, r)  # right end excluded
         recips.append(r)
         w("    %s," % to_double(r))
     w("};")

@@ -95,36 +95,36 @@ inline ExpParts expCore(double xh, double xl) noexcept {
     return {v, (k - j) / 128};
 }
 
-// log(x) for a positive normal x given as x = 2^e * m, m in [1, 2) (bits of
-// m in mbits): relative error below 2^-74.
+// log(x) for a positive normal x given as x = 2^e * m, m in [1, 2):
+// relative error below 2^-73.5.
 //
-// log x = e*ln2 - log(r_i) + log1p(z), r_i from the top 8 bits of m, z =
-// m*r_i - 1 exact as a double-double (twoProd; m*r_i - 1 is exact by
-// Sterbenz), |z| < 2^-8 (2^-9 except next to 1). log1p(z) = z - z^2/2 +
+// log x = e*ln2 - log(r_i) + log1p(z), r_i from the top 8 bits of m with 9
+// significant bits, z = m*r_i - 1 exact in double: with m = mh + ml, mh
+// the top 44 bits, mh*r_i and ml*r_i are exact, mh*r_i - 1 is exact by
+// Sterbenz, and z, a multiple of 2^-61 below 2^-8, is representable.
+// |z| < 2^-8.45 except next to 1, where |z| < 2^-8. log1p(z) = z - z^2/2 +
 // z^3/3 + z^4 Q(z), Q of degree 5 in double: truncation below 2^-75.3 |z|,
 // rounding in the z^4 term below 2^-76.7 |z|, the lower terms in double-
 // double: below 2^-74.5 |z| together. Next to 1 (r_i = 1, or r_i = 1/2 with
 // e = -1) e*ln2 - log(r_i) is exactly 0 and log x = log1p(z); elsewhere
-// |log x| >= 2^-9 while the absolute error stays below 2^-83.4.
+// |log x| >= 2^-9 while the absolute error stays below 2^-82.9 (2^-74.5
+// |z| plus 2^-94 from the table and e*ln2).
 inline dd::DD logCore(int e, double m) noexcept {
     using namespace tables;
-    const int i = static_cast<int>((bitsOf(m) >> 44) & 255);
+    const std::uint64_t mb = bitsOf(m);
+    const int i = static_cast<int>((mb >> 44) & 255);
     const double ri = kLogRecip[i];
-    const dd::DD p = dd::twoProd(m, ri);
-    const dd::DD z = dd::fastTwoSum(p.hi - 1.0, p.lo);
-    const double zh = z.hi, zl = z.lo;
-    // z^2 = sq (double-double) with the cross term.
-    dd::DD sq = dd::twoProd(zh, zh);
-    sq.lo += 2.0 * zh * zl;
-    const dd::DD cube = dd::mul(sq, z);
-    const dd::DD third = dd::mul(cube, kThird);
+    const double mh = fromBits(mb & ~std::uint64_t{511});
+    const double z = (mh * ri - 1.0) + (m - mh) * ri;
+    const dd::DD sq = dd::twoProd(z, z);
+    const dd::DD third = dd::mul(dd::mul(sq, z), kThird);
     const double z4 = sq.hi * sq.hi;
-    const double qz = z4 * (kLog1pCoef[0] + zh * (kLog1pCoef[1] + zh * (kLog1pCoef[2] +
-                           zh * (kLog1pCoef[3] + zh * (kLog1pCoef[4] + zh * kLog1pCoef[5])))));
+    const double qz = z4 * (kLog1pCoef[0] + z * (kLog1pCoef[1] + z * (kLog1pCoef[2] +
+                           z * (kLog1pCoef[3] + z * (kLog1pCoef[4] + z * kLog1pCoef[5])))));
     // High parts exactly, then the small remainders.
-    const dd::DD h1 = dd::fastTwoSum(zh, -0.5 * sq.hi);
+    const dd::DD h1 = dd::fastTwoSum(z, -0.5 * sq.hi);
     const dd::DD h2 = dd::fastTwoSum(h1.hi, third.hi);
-    const double rest = h2.lo + (((h1.lo + zl) - 0.5 * sq.lo) + (third.lo + qz));
+    const double rest = h2.lo + ((h1.lo - 0.5 * sq.lo) + (third.lo + qz));
     const dd::DD l1p = dd::fastTwoSum(h2.hi, rest);
     // e*ln2 exactly in the high part, then -log(r_i).
     const double ed = static_cast<double>(e);

@@ -12,6 +12,14 @@ using u64 = std::uint64_t;
 constexpr int kMaxLimbs = 2 * kLimbs;
 
 // hi:lo = a * b.
+#if defined(__SIZEOF_INT128__)
+__extension__ typedef unsigned __int128 u128;
+void mul64(u64 a, u64 b, u64& hi, u64& lo) noexcept {
+    const u128 p = static_cast<u128>(a) * b;
+    hi = static_cast<u64>(p >> 64);
+    lo = static_cast<u64>(p);
+}
+#else
 void mul64(u64 a, u64 b, u64& hi, u64& lo) noexcept {
     const u64 a0 = a & 0xffffffffu, a1 = a >> 32;
     const u64 b0 = b & 0xffffffffu, b1 = b >> 32;
@@ -20,6 +28,7 @@ void mul64(u64 a, u64 b, u64& hi, u64& lo) noexcept {
     lo = (mid << 32) | (p00 & 0xffffffffu);
     hi = p11 + (p01 >> 32) + (p10 >> 32) + (mid >> 32);
 }
+#endif
 
 int leadingZeros(u64 v) noexcept {
     int n = 0;

@@ -125,14 +125,15 @@ std::vector<BinaryRow> expLogBinaryRows() {
     const double tiny = std::numeric_limits<double>::denorm_min();
     std::vector<std::pair<double, double>> specials;
     const double xs[] = {0.0, -0.0, inf, -inf, nan, 1.0, -1.0, 0.5, -0.5, 2.0, -2.0, tiny, -tiny, 1e308, -1e308};
-    const double ys[] = {0.0, -0.0, inf, -inf, nan, 1.0, -1.0, 2.0, -2.0, 3.0, -3.0, 0.5, -0.5, 1.5, 1e300, -1e300, 0x1p53 + 2};
+    const double ys[] = {0.0, -0.0, inf, -inf, nan, 1.0, -1.0, 2.0, -2.0, 3.0, -3.0, 0.5, -0.5, 1.5, 1e300, -1e300, 0x1p53 + 2, 0x1p52 + 1, -(0x1p52 + 1)};
     for (double x : xs)
         for (double y : ys) specials.emplace_back(x, y);
     // Exact results and exact midpoints.
     specials.insert(specials.end(), {{4.0, 0.5}, {9.0, 1.5}, {16.0, 0.25}, {4096.0, 0.25}, {0x1p-1000, 1.07},
                                      {2.0, -1074.0}, {2.0, -1075.0}, {0.5, 1075.0}, {0x1p-43, 25.0}, {0x1p-537, 2.0},
                                      {3.0, 34.0}, {-3.0, 33.0}, {10.0, 22.0}, {10.0, 23.0}, {10.0, -5.0}, {1e-3, 3.0},
-                                     {0x1p-1022, 0.5}, {tiny, 0.5}, {tiny, -1.0}, {1e154, 2.0}, {1.0000001, 7e9}});
+                                     {0x1p-1022, 0.5}, {tiny, 0.5}, {tiny, -1.0}, {1e154, 2.0}, {1.0000001, 7e9},
+                                     {-1.0000000000000002, 0x1p52 + 1}, {-0.9999999999999999, 0x1p52 + 1}});
     const Draw2 design = pairOf(uniform(0.0, 100.0), uniform(-1.0, 1.0));
     auto ten = [](Rng&) { return 10.0; };
     return {
