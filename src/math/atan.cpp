@@ -23,7 +23,7 @@ using trig::DD;
 // and |atan u| >= |t| (for c > 0, atan u >= atan(1/256) >= |t|): atan(u)
 // within 2^-68.4 relative.
 DD atanUnit(DD u) noexcept {
-    const int i = static_cast<int>(u.hi * trig::kFastSteps + 0.5);
+    const int i = trig::nearestInt(u.hi * trig::kFastSteps);
     const double c = i * (1.0 / trig::kFastSteps);
     const DD num = dd::twoSum(u.hi - c, u.lo);
     const DD uc = dd::twoProd(u.hi, c);
@@ -65,7 +65,7 @@ double atan(double x) noexcept {
         const DD u{r, trig::divisionRemainder(1.0, r, ax) / ax};
         v = dd::add(kHalfPi, dd::neg(atanUnit(u)));
     }
-    double out;
+    double out = 0.0;
     if (trig::roundsSafely(v, kAtanError, out)) return std::copysign(out, x);
     return trig::slowAtan2(x, 1.0);
 }
@@ -81,8 +81,8 @@ double atan2(double y, double x) noexcept {
     if (std::isinf(b)) return std::copysign(negX ? trig::kPiHi : 0.0, y);
 
     const bool swap = a > b;
-    std::uint64_t mn, md;
-    int en, ed;
+    std::uint64_t mn = 0, md = 0;
+    int en = 0, ed = 0;
     trig::decompose(swap ? b : a, mn, en);
     trig::decompose(swap ? a : b, md, ed);
     const int d = en - ed;  // u = min/max = (mn/md) 2^d <= 1
@@ -100,7 +100,7 @@ double atan2(double y, double x) noexcept {
     DD v = atanUnit(DD{qh * scale, ql * scale});
     if (swap) v = dd::add(kHalfPi, dd::neg(v));
     if (negX) v = dd::add(kPiDD, dd::neg(v));
-    double out;
+    double out = 0.0;
     if (trig::roundsSafely(v, kAtanError, out)) return std::copysign(out, y);
     return trig::slowAtan2(y, x);
 }

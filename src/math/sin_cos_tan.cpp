@@ -27,7 +27,7 @@ using trig::DD;
 void sinCosOfReduced(DD r, bool wantSin, bool wantCos, DD& sOut, DD& cOut) noexcept {
     const bool negative = r.hi < 0;
     const double rh = std::fabs(r.hi), rl = negative ? -r.lo : r.lo;
-    const int i = static_cast<int>(rh * trig::kFastSteps + 0.5);
+    const int i = trig::nearestInt(rh * trig::kFastSteps);
     const DD d = dd::twoSum(rh - i * (1.0 / trig::kFastSteps), rl);
     const DD z = dd::twoProd(d.hi, d.hi);
     const double zh = z.hi, zl = z.lo + 2.0 * d.hi * d.lo;
@@ -117,8 +117,8 @@ double sin(double x) noexcept {
     // |x| < 2^-26: sin x = x (1 - x^2/6 + ...) lies within 2^-54.5 |x| of x,
     // nearer than the halfway points around x; sin(+-0) = +-0.
     if (ax < 0x1p-26) return x;
-    Parts p;
-    double out;
+    Parts p{};
+    double out = 0.0;
     if (fastParts(ax, true, false, p) && trig::roundsSafely(negIf(sinOf(p), x < 0), kSinCosError, out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
@@ -128,8 +128,8 @@ double cos(double x) noexcept {
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: 1 - x^2/2 lies above 1 - 2^-55, so it rounds to 1.
     if (ax < 0x1p-27) return 1.0;
-    Parts p;
-    double out;
+    Parts p{};
+    double out = 0.0;
     if (fastParts(ax, false, true, p) && trig::roundsSafely(cosOf(p), kSinCosError, out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
@@ -138,7 +138,7 @@ SinCos sincos(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return {x - x, x - x};
     if (ax < 0x1p-27) return {x, 1.0};
-    Parts p;
+    Parts p{};
     SinCos out{};
     if (fastParts(ax, true, true, p)) {
         const bool sinOk = ax < 0x1p-26 || trig::roundsSafely(negIf(sinOf(p), x < 0), kSinCosError, out.sin);
@@ -156,9 +156,9 @@ double tan(double x) noexcept {
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: tan x = x (1 + x^2/3 + ...) within 2^-55.5 |x| of x.
     if (ax < 0x1p-27) return x;
-    Parts p;
-    double out;
+    Parts p{};
     if (fastParts(ax, true, true, p)) {
+        double out = 0.0;
         // tan = sin r / cos r, or -cos r / sin r in the odd quadrants.
         const bool odd = (p.quadrant & 1) != 0;
         DD t = odd ? quotient(p.c, p.s) : quotient(p.s, p.c);

@@ -22,7 +22,7 @@ struct Fixed {
 // Full 64 x 64 -> 128-bit product.
 inline void mul64(std::uint64_t a, std::uint64_t b, std::uint64_t& hi, std::uint64_t& lo) noexcept {
 #if defined(__SIZEOF_INT128__)
-    __extension__ typedef unsigned __int128 u128;
+    __extension__ typedef unsigned __int128 u128;  // NOLINT(modernize-use-using): needs __extension__
     const u128 p = static_cast<u128>(a) * b;
     hi = static_cast<std::uint64_t>(p >> 64);
     lo = static_cast<std::uint64_t>(p);
@@ -36,7 +36,7 @@ inline void mul64(std::uint64_t a, std::uint64_t b, std::uint64_t& hi, std::uint
 }
 
 inline Fixed fixedFrom(const std::uint64_t (&words)[kWords]) noexcept {
-    Fixed r;
+    Fixed r{};
     std::memcpy(r.w, words, sizeof r.w);
     return r;
 }
@@ -60,7 +60,7 @@ inline bool fixedLess(const Fixed& a, const Fixed& b) noexcept {
 }
 
 inline Fixed fixedAdd(const Fixed& a, const Fixed& b) noexcept {
-    Fixed r;
+    Fixed r{};
     std::uint64_t carry = 0;
     for (int i = kWords - 1; i >= 0; --i) {
         const std::uint64_t s = a.w[i] + b.w[i];
@@ -73,7 +73,7 @@ inline Fixed fixedAdd(const Fixed& a, const Fixed& b) noexcept {
 
 // a - b for a >= b.
 inline Fixed fixedSub(const Fixed& a, const Fixed& b) noexcept {
-    Fixed r;
+    Fixed r{};
     std::uint64_t borrow = 0;
     for (int i = kWords - 1; i >= 0; --i) {
         const std::uint64_t d = a.w[i] - b.w[i];
@@ -97,7 +97,7 @@ inline Fixed fixedMul(const Fixed& a, const Fixed& b) noexcept {
         if (a.w[i] == 0) continue;
         std::uint64_t carry = 0;
         for (int j = kWords - 1; j >= 0; --j) {
-            std::uint64_t hi, lo;
+            std::uint64_t hi = 0, lo = 0;
             mul64(a.w[i], b.w[j], hi, lo);
             std::uint64_t& slot = acc[i + j + 1];
             lo += carry;
@@ -108,16 +108,16 @@ inline Fixed fixedMul(const Fixed& a, const Fixed& b) noexcept {
         }
         acc[i] += carry;
     }
-    Fixed r;
+    Fixed r{};
     for (int i = 0; i < kWords; ++i) r.w[i] = acc[i + 1];
     return r;
 }
 
 inline Fixed fixedMulSmall(const Fixed& a, std::uint64_t m) noexcept {
-    Fixed r;
+    Fixed r{};
     std::uint64_t carry = 0;
     for (int i = kWords - 1; i >= 0; --i) {
-        std::uint64_t hi, lo;
+        std::uint64_t hi = 0, lo = 0;
         mul64(a.w[i], m, hi, lo);
         lo += carry;
         hi += lo < carry;
@@ -129,7 +129,7 @@ inline Fixed fixedMulSmall(const Fixed& a, std::uint64_t m) noexcept {
 
 // a / d for 0 < d < 2^32, truncated.
 inline Fixed fixedDivSmall(const Fixed& a, std::uint32_t d) noexcept {
-    Fixed r;
+    Fixed r{};
     std::uint64_t rem = 0;
     for (int i = 0; i < kWords; ++i) {
         const std::uint64_t hi = (rem << 32) | (a.w[i] >> 32);
@@ -232,7 +232,7 @@ inline double fixedToDouble(const Fixed& a, int scale, bool negative) noexcept {
     while (e > 0) {
         const int s = e > 1000 ? 1000 : e;
         std::uint64_t bits = static_cast<std::uint64_t>(1023 + s) << 52;
-        double f;
+        double f = 0.0;
         std::memcpy(&f, &bits, sizeof f);
         r *= f;
         e -= s;
@@ -242,7 +242,7 @@ inline double fixedToDouble(const Fixed& a, int scale, bool negative) noexcept {
         // because m was already cut to the subnormal precision.
         const int s = e < -1000 ? -1000 : e;
         std::uint64_t bits = static_cast<std::uint64_t>(1023 + s) << 52;
-        double f;
+        double f = 0.0;
         std::memcpy(&f, &bits, sizeof f);
         r *= f;
         e -= s;
@@ -257,7 +257,7 @@ inline Fixed fixedReciprocal(const Fixed& d) noexcept {
     // Leading 53 bits of d as a double in [1, 2).
     const double dh = static_cast<double>(d.w[1] >> 11) * 0x1p-53 + 1.0;
     const double z0 = 1.0 / dh;
-    std::uint64_t zb;
+    std::uint64_t zb = 0;
     std::memcpy(&zb, &z0, sizeof zb);
     const int ze = static_cast<int>((zb >> 52) & 0x7ff) - 1075;
     Fixed z = fixedFromScaled((zb & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52), ze);

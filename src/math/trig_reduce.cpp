@@ -10,8 +10,8 @@ namespace {
 // beyond the NW words change y by less than m 2^(2 - 64 NW) <= 2^(55 - 64 NW).
 template <int NW>
 void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[NW]) noexcept {
-    std::uint64_t m;
-    int e;
+    std::uint64_t m = 0;
+    int e = 0;
     decompose(ax, m, e);
     const int s = e > 2 ? e - 2 : 0;
     const int shift = e - s;  // y = m * F * 2^shift, F = 2/pi without its first s bits
@@ -21,7 +21,7 @@ void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[
     for (int i = NW - 1; i >= 0; --i) {
         std::uint64_t f = kTwoOverPi[idx + i] << b;
         if (b != 0) f |= kTwoOverPi[idx + i + 1] >> (64 - b);
-        std::uint64_t hi, lo;
+        std::uint64_t hi = 0, lo = 0;
         mul64(m, f, hi, lo);
         lo += carry;
         hi += lo < carry;
@@ -29,7 +29,7 @@ void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[
         carry = hi;
     }
     p[0] = carry;  // integer part, below 2^53
-    std::uint64_t integer;
+    std::uint64_t integer = 0;
     if (shift >= 0) {
         integer = shift == 0 ? p[0] : (p[0] << shift) | (p[1] >> (64 - shift));
         for (int i = 0; i < NW; ++i) {
@@ -77,8 +77,8 @@ ReducedFast reduceFast(double ax) noexcept {
         const int q = static_cast<int>(static_cast<std::int64_t>(k) & 3);
         return {q, dd::twoSum(v2.hi, lo)};
     }
-    int q;
-    bool negative;
+    int q = 0;
+    bool negative = false;
     std::uint64_t f[3];
     reduceBits<3>(ax, q, negative, f);
     // f as three exact 53-bit pieces.
@@ -95,8 +95,8 @@ ReducedFast reduceFast(double ax) noexcept {
 ReducedWide reduceWide(double ax) noexcept {
     ReducedWide out{0, false, {}};
     if (ax < 0x1.921fb54442d18p-1) {  // below pi/4: no reduction
-        std::uint64_t m;
-        int e;
+        std::uint64_t m = 0;
+        int e = 0;
         decompose(ax, m, e);
         out.r = fixedFromScaled(m, e);
         return out;

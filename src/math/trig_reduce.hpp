@@ -23,14 +23,14 @@ ReducedFast reduceFast(double ax) noexcept;
 // sign, and the quadrant. r == ax exactly when ax < pi/4.
 struct ReducedWide {
     int quadrant;
-    bool negative;
+    bool negative = false;
     Fixed r;
 };
 ReducedWide reduceWide(double ax) noexcept;
 
 // ax = m * 2^e with 2^52 <= m < 2^53 (subnormals normalised too); ax > 0.
 inline void decompose(double ax, std::uint64_t& m, int& e) noexcept {
-    std::uint64_t bits;
+    std::uint64_t bits = 0;
     std::memcpy(&bits, &ax, sizeof bits);
     const int biased = static_cast<int>((bits >> 52) & 0x7ff);
     m = bits & ((std::uint64_t{1} << 52) - 1);
@@ -49,7 +49,7 @@ inline void decompose(double ax, std::uint64_t& m, int& e) noexcept {
 // 2^n as a double for -1022 <= n <= 1023.
 inline double pow2(int n) noexcept {
     const std::uint64_t bits = static_cast<std::uint64_t>(n + 1023) << 52;
-    double r;
+    double r = 0.0;
     std::memcpy(&r, &bits, sizeof r);
     return r;
 }

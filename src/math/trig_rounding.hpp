@@ -1,5 +1,6 @@
-// The rounding test of the trigonometric fast paths (double-double results)
-// and the exact remainder of a division, their two shared steps.
+// Steps shared by the trigonometric fast paths: the rounding test of a
+// double-double result, the exact remainder of a division, and the nearest
+// table step.
 #ifndef MIVORA_TRIG_ROUNDING_HPP
 #define MIVORA_TRIG_ROUNDING_HPP
 
@@ -31,6 +32,9 @@ inline double divisionRemainder(double n, double q, double d) noexcept {
     const DD p = dd::twoProd(q, d);
     return (n - p.hi) - p.lo;
 }
+
+// The integer nearest to 0 <= v < 2^51 (ties to even).
+inline int nearestInt(double v) noexcept { return static_cast<int>((v + 0x1.8p52) - 0x1.8p52); }
 
 }  // namespace Mivora::math::trig
 

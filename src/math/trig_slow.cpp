@@ -60,7 +60,7 @@ Fixed atanUnit(Fixed u) noexcept {
     const Fixed u64 = fixedMulSmall(u, 64);
     const std::uint64_t i = u64.w[0] + (u64.w[1] >> 63);
     const Fixed c = fixedShiftRight(fixedInt(i), 6);
-    bool below;
+    bool below = false;
     const Fixed num = fixedAbsDiff(u, c, below);
     const Fixed base = fixedFrom(kFixedAtanStep[i]);
     if (fixedIsZero(num)) return base;
@@ -114,8 +114,8 @@ double slowAtan2(double y, double x) noexcept {
     const bool negY = std::signbit(y), negX = std::signbit(x);
     const double a = std::fabs(y), b = std::fabs(x);
     const bool swap = a > b;
-    std::uint64_t mn, md;
-    int en, ed;
+    std::uint64_t mn = 0, md = 0;
+    int en = 0, ed = 0;
     decompose(swap ? b : a, mn, en);
     decompose(swap ? a : b, md, ed);
     const int d = en - ed;  // <= 0
