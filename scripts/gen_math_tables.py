@@ -100,6 +100,10 @@ def main():
     w("const double kLn2By128Lo = %s;" % to_double(c3))
     w("const double k128ByLn2 = %s;" % to_double(round_bits(exact(128 / ln2), 53)))
     w("const double k128Log2Of10 = %s;" % to_double(round_bits(exact(128 * mpmath.log(10, 2)), 53)))
+    # ln2 = hi + lo with hi of 42 bits, so that e*hi is exact for |e| < 2^11.
+    ln2hi = round_bits(exact(ln2), 42)
+    ln2lo = round_bits(exact(ln2) - ln2hi, 53)
+    w("const dd::DD kLn2Split = {%s, %s};" % (to_double(ln2hi), to_double(ln2lo)))
     for name, v in (("kLn2", ln2), ("kLn10", ln10), ("kInvLn10", 1 / ln10)):
         hi, lo = dd(v)
         w("const dd::DD %s = {%s, %s};" % (name, hi, lo))
@@ -116,7 +120,8 @@ def main():
     # r_255 = 1/2 exactly so that arguments next to 1 see no cancellation.
     w("// log: reciprocals r_i (9 significant bits) of the mantissa intervals")
     w("// [1+i/256, 1+(i+1)/256) and -log(r_i); r_0 = 1 and r_255 = 1/2 exactly")
-    w("// (-log(r_255) = kLn2). |m r_i - 1| < 2^-8 over each interval.")
+    w("// (-log(r_255) = ln2, held as kLn2Split). |m r_i - 1| < 2^-8 over each")
+    w("// interval.")
     w("const double kLogRecip[256] = {")
     recips = []
     for i in range(256):
@@ -135,6 +140,9 @@ def main():
     for i, r in enumerate(recips):
         if i == 0:
             w("    {0x0p+0, 0x0p+0},")
+            continue
+        if i == 255:  # cancels e*ln2 exactly for e = -1
+            w("    {%s, %s}," % (to_double(ln2hi), to_double(ln2lo)))
             continue
         mr = mpmath.mpf(r.numerator) / r.denominator
         hi, lo = dd(-mpmath.log(mr))

@@ -108,7 +108,7 @@ inline ExpParts expCore(double xh, double xl) noexcept {
 // double: below 2^-74.5 |z| together. Next to 1 (r_i = 1, or r_i = 1/2 with
 // e = -1) e*ln2 - log(r_i) is exactly 0 and log x = log1p(z); elsewhere
 // |log x| >= 2^-9 while the absolute error stays below 2^-82.9 (2^-74.5
-// |z| plus 2^-94 from the table and e*ln2).
+// |z| plus 2^-94 from the table and e*ln2 with ln2 to 2^-96).
 inline dd::DD logCore(int e, double m) noexcept {
     using namespace tables;
     const std::uint64_t mb = bitsOf(m);
@@ -126,12 +126,19 @@ inline dd::DD logCore(int e, double m) noexcept {
     const dd::DD h2 = dd::fastTwoSum(h1.hi, third.hi);
     const double rest = h2.lo + ((h1.lo - 0.5 * sq.lo) + (third.lo + qz));
     const dd::DD l1p = dd::fastTwoSum(h2.hi, rest);
-    // e*ln2 exactly in the high part, then -log(r_i).
+    // e*ln2 - log(r_i): e*hi is exact (hi has 42 bits) and not below
+    // -log(r_i) in magnitude (or zero), so the high parts add exactly; for
+    // e = -1, r_i = 1/2 the table holds the same split and the sum is 0.
     const double ed = static_cast<double>(e);
-    dd::DD eln2 = dd::twoProd(ed, kLn2.hi);
-    eln2.lo += ed * kLn2.lo;  // within 2^-98
-    const dd::DD c = dd::add(eln2, kLogMinusLogRecip[i]);
-    return dd::add(c, l1p);
+    const dd::DD& t = kLogMinusLogRecip[i];
+    dd::DD c = dd::fastTwoSum(ed * kLn2Split.hi, t.hi);
+    c.lo += ed * kLn2Split.lo + t.lo;
+    // c + log1p(z): at most a factor 3 of cancellation (|log x| >= 2^-9
+    // unless c = 0, |log1p(z)| < 2^-8), so summing the low parts plainly
+    // (c.lo up to |e| 2^-44) costs below 2^-94 relative.
+    dd::DD s = dd::twoSum(c.hi, l1p.hi);
+    s.lo += c.lo + l1p.lo;
+    return dd::fastTwoSum(s.hi, s.lo);
 }
 
 // Splits a positive finite x into x = 2^e * m, m in [1, 2).

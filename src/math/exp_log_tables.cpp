@@ -11,6 +11,7 @@ const double kLn2By128Mid = -0x1.c610ca86c0000p-44;
 const double kLn2By128Lo = -0x1.c4c67fc0d0951p-83;
 const double k128ByLn2 = 0x1.71547652b82fep+7;
 const double k128Log2Of10 = 0x1.a934f0979a371p+8;
+const dd::DD kLn2Split = {0x1.62e42fefa3800p-1, 0x1.ef35793c76730p-45};
 const dd::DD kLn2 = {0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56};
 const dd::DD kLn10 = {0x1.26bb1bbb55516p+1, -0x1.f48ad494ea3e9p-53};
 const dd::DD kInvLn10 = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
@@ -149,7 +150,8 @@ const dd::DD kExp2Table[128] = {
 
 // log: reciprocals r_i (9 significant bits) of the mantissa intervals
 // [1+i/256, 1+(i+1)/256) and -log(r_i); r_0 = 1 and r_255 = 1/2 exactly
-// (-log(r_255) = kLn2). |m r_i - 1| < 2^-8 over each interval.
+// (-log(r_255) = ln2, held as kLn2Split). |m r_i - 1| < 2^-8 over each
+// interval.
 const double kLogRecip[256] = {
     0x1.0000000000000p+0,
     0x1.fd00000000000p-1,
@@ -664,7 +666,7 @@ const dd::DD kLogMinusLogRecip[256] = {
     {0x1.5ee82aa241920p-1, 0x1.1c066d235ee63p-56},
     {0x1.60e52f45788e3p-1, 0x1.d4bcd02c7194cp-55},
     {0x1.60e52f45788e3p-1, 0x1.d4bcd02c7194cp-55},
-    {0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56},
+    {0x1.62e42fefa3800p-1, 0x1.ef35793c76730p-45},
 };
 
 // e^r: 1/n!, n = 2..6.
