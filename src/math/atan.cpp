@@ -18,10 +18,11 @@ using trig::DD;
 // nearest table step, u - c exact in its high part (Sterbenz), 1 + u c with
 // an exact product, t = (u - c)/(1 + u c) to 2^-103 by one remainder step,
 // |t| <= 2^-8. atan(t) = t + corr, corr = t^3 (-1/3 + t^2/5 - t^4/7 + t^6/9)
-// in double: a few roundings of a term below 2^-17.6 |t|, so 2^-68.6 |t|;
-// the series' remainder is below 2^-80 |t|. atan(c) is tabulated to 2^-107
-// and |atan u| >= |t| (for c > 0, atan u >= atan(1/256) >= |t|): atan(u)
-// within 2^-68.4 relative.
+// in double from t.hi alone: four roundings, the rounded -1/3 and the
+// dropped t.lo (3 * 2^-53) make 2^-50.1 of a term below 2^-17.6 |t|, so
+// 2^-67.7 |t|; the series' remainder is below 2^-80 |t|. atan(c) is
+// tabulated to 2^-107 and |atan u| >= |t| (for c > 0, atan u >= atan(1/256)
+// > |t|): atan(u) within 2^-67.6 relative (largest seen: 2^-68.3).
 DD atanUnit(DD u) noexcept {
     const int i = trig::nearestInt(u.hi * trig::kFastSteps);
     const double c = i * (1.0 / trig::kFastSteps);
@@ -41,7 +42,7 @@ DD atanUnit(DD u) noexcept {
 
 // With the quadrant steps (pi/2 - v, pi - v, each to 2^-104 and without
 // cancellation since v <= pi/4, or v <= pi/2 before pi - v) the result stays
-// within 2^-68.3; the test uses 2^-66.
+// within 2^-67.5; the test uses 2^-66, which covers the rounding of lo +- err.
 constexpr double kAtanError = 0x1p-66;
 
 constexpr DD kHalfPi{trig::kPiOver2Hi, trig::kPiOver2Lo};

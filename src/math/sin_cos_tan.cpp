@@ -19,11 +19,13 @@ using trig::DD;
 //   sin(a + d) = S + (C d + S cm + C sm),  cos(a + d) = C + (C cm - S d - S sm)
 // where S, C = sin a, cos a (table, error 2^-107), cm = cos d - 1 and
 // sm = sin d - d. The large products C d, S d, S (-d^2/2) and C (-d^2/2) are
-// exact (fma); everything else is below 2^-17 of the result. sm = d^3 (-1/6
-// + ...) is formed in double: about four roundings of a term below
-// 2^-18.6 |d|, so under 2^-69.8 |d| <= 2^-68.8 |sin r| (|sin r| >= |d|/2 and,
-// for i > 0, >= S/2). cm's tail and the terms left out (d^11/11!, d^10/10!)
-// stay below 2^-85; the two-sums add 2^-100. sin r, cos r within 2^-68.5.
+// exact; everything else is below 2^-17 of the result. sm = d^3 (-1/6 + ...)
+// is formed in double from d.hi alone: four roundings, the rounded -1/6 and
+// the dropped d.lo (3 * 2^-53) make 2^-50.1 of a term below 2^-18.6 |d|, so
+// under 2^-68.7 |d| <= 2^-68.7 |sin r| (|d| <= |sin r| for i > 0, d ~ sin r
+// for i = 0). cm's tail and the terms left out (d^11/11!, d^10/10!) stay
+// below 2^-85; the two-sums add 2^-100. sin r, cos r within 2^-68.4 (the
+// largest seen against MPFR: 2^-69.5).
 void sinCosOfReduced(DD r, bool wantSin, bool wantCos, DD& sOut, DD& cOut) noexcept {
     const bool negative = r.hi < 0;
     const double rh = std::fabs(r.hi), rl = negative ? -r.lo : r.lo;
@@ -63,9 +65,10 @@ void sinCosOfReduced(DD r, bool wantSin, bool wantCos, DD& sOut, DD& cOut) noexc
     if (negative && wantSin) sOut = dd::neg(sOut);
 }
 
-// Error bounds of the fast results (relative, with the margin the test
-// needs): reduction 2^-78, sin r and cos r 2^-68.5, so sin and cos within
-// 2^-66; tan, their quotient (2^-100 more), within 2^-65.
+// Error bounds of the fast results: reduction 2^-78 and sin r, cos r
+// 2^-68.4 make sin and cos good to 2^-68.3, tan (their quotient, 2^-100
+// more) to 2^-67.3. The tests use 4 times that, covering the rounding of
+// lo +- err.
 constexpr double kSinCosError = 0x1p-66;
 constexpr double kTanError = 0x1p-65;
 
