@@ -28,13 +28,22 @@ bool oneSided(double ax, double* out) noexcept {
 
 // e^ax +- e^-ax for 2^-26 <= ax < kOneSided, as a double-double (before
 // the halving). e^ax has relative error d < 2^-68.2 and 1/e^ax the same d
-// plus 2^-100; the sum keeps d, the difference multiplies it by
-// coth(ax) <= 2.17 for ax >= 1/2.
+// plus 2^-102; the sum keeps d, the difference multiplies it by
+// coth(ax) <= 2.17 for ax >= 1/2 (its callers' range).
 dd::DD twoSided(double ax, bool difference) noexcept {
     const detail::ExpParts p = detail::expCore(ax, 0.0);
     const dd::DD e = dd::scale(p.v, detail::twoPow(p.n));
-    const dd::DD inv = dd::recip(e);
-    return dd::add(e, difference ? dd::neg(inv) : inv);
+    // 1/e = q/(1 - r) with q = 1/e.hi and r = 1 - q e (|r| < 2^-51, formed
+    // exactly but for 2^-105): q + q r, dropping q r^2.
+    const double q = 1.0 / e.hi;
+    const dd::DD qe = dd::twoProd(q, e.hi);
+    const double r = ((1.0 - qe.hi) - qe.lo) - q * e.lo;
+    const dd::DD inv = dd::fastTwoSum(q, q * r);
+    // e >= 1 > 1/e: the sum and (for ax >= 1/2, e/(1/e) >= 2.7) the
+    // difference cancel little, so the low parts add plainly.
+    dd::DD s = dd::twoSum(e.hi, difference ? -inv.hi : inv.hi);
+    s.lo += e.lo + (difference ? -inv.lo : inv.lo);
+    return dd::fastTwoSum(s.hi, s.lo);
 }
 
 // sinh(x) for 2^-26 <= |x| < 1/2: x + x w P(w), w = x^2, P = sum w^k/(2k+3)!
