@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <ostream>
 
 #include "accuracy_harness.hpp"
 
@@ -27,44 +28,54 @@ std::string rowName(const testing::TestParamInfo<Row>& info) { return info.param
 
 constexpr int kReportedMismatches = 10;
 
+}  // namespace
+
+// Rows print as their names in test listings and failures.
+void PrintTo(const UnaryRow& row, std::ostream* os) { *os << row.name; }
+void PrintTo(const BinaryRow& row, std::ostream* os) { *os << row.name; }
+
+namespace {
+
 class Unary : public testing::TestWithParam<UnaryRow> {};
 class Binary : public testing::TestWithParam<BinaryRow> {};
 
+// Runs check on the row's specials, its random draws and its hard draws,
+// one input at a time (long runs draw 10^8 and more); returns the count.
+template <class Input, class Draws, class Check>
+std::uint64_t forEachInput(const std::vector<Input>& specials, const Draws& draws, const Draws& hard, Check check) {
+    Rng rng(seed());
+    for (const Input& in : specials) check(in);
+    const std::uint64_t n = samplesPerFunction();
+    for (std::uint64_t i = 0; i < n; ++i) check(draws[i % draws.size()](rng));
+    const std::uint64_t nHard = hard.empty() ? 0 : n / kHardShare;
+    for (std::uint64_t i = 0; i < nHard; ++i) check(hard[i % hard.size()](rng));
+    return specials.size() + n + nHard;
+}
+
 TEST_P(Unary, MatchesMpfrBitForBit) {
     const UnaryRow& row = GetParam();
-    Rng rng(seed());
-    std::vector<double> inputs = row.specials;
-    const std::uint64_t n = samplesPerFunction();
-    for (std::uint64_t i = 0; i < n; ++i) inputs.push_back(row.draws[i % row.draws.size()](rng));
-    for (std::uint64_t i = 0; !row.hard.empty() && i < n / kHardShare; ++i)
-        inputs.push_back(row.hard[i % row.hard.size()](rng));
     int mismatches = 0;
-    for (double x : inputs) {
+    const std::uint64_t count = forEachInput(row.specials, row.draws, row.hard, [&](double x) {
         const double got = row.ours(x), want = reference(row.reference, x);
-        if (sameBits(got, want)) continue;
+        if (sameBits(got, want)) return;
         if (++mismatches <= kReportedMismatches)
             ADD_FAILURE() << row.name << "(" << hex(x) << ") = " << hex(got) << ", correctly rounded " << hex(want);
-    }
-    EXPECT_EQ(mismatches, 0) << "of " << inputs.size() << " inputs";
+    });
+    EXPECT_EQ(mismatches, 0) << "of " << count << " inputs";
 }
 
 TEST_P(Binary, MatchesMpfrBitForBit) {
     const BinaryRow& row = GetParam();
-    Rng rng(seed());
-    std::vector<std::pair<double, double>> inputs = row.specials;
-    const std::uint64_t n = samplesPerFunction();
-    for (std::uint64_t i = 0; i < n; ++i) inputs.push_back(row.draws[i % row.draws.size()](rng));
-    for (std::uint64_t i = 0; !row.hard.empty() && i < n / kHardShare; ++i)
-        inputs.push_back(row.hard[i % row.hard.size()](rng));
     int mismatches = 0;
-    for (const auto& [x, y] : inputs) {
+    const std::uint64_t count = forEachInput(row.specials, row.draws, row.hard, [&](std::pair<double, double> in) {
+        const auto [x, y] = in;
         const double got = row.ours(x, y), want = reference(row.reference, x, y);
-        if (sameBits(got, want)) continue;
+        if (sameBits(got, want)) return;
         if (++mismatches <= kReportedMismatches)
             ADD_FAILURE() << row.name << "(" << hex(x) << ", " << hex(y) << ") = " << hex(got)
                           << ", correctly rounded " << hex(want);
-    }
-    EXPECT_EQ(mismatches, 0) << "of " << inputs.size() << " inputs";
+    });
+    EXPECT_EQ(mismatches, 0) << "of " << count << " inputs";
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Unary);
