@@ -1,5 +1,6 @@
 // exp, exp10, log, log10, correctly rounded: the fast double-double paths of
 // exp_log_fast.hpp, decided by the rounding test, else the 256-bit paths.
+#include <cmath>
 #include <limits>
 
 #include "cr_math.hpp"
@@ -25,6 +26,10 @@ constexpr double kLogMargin = 0x1p-72;
 constexpr double kExpSubnormalBelow = -708.3;
 constexpr double kExp10SubnormalBelow = -307.6;
 
+// e^x (10^x) within half an ulp of 1: |x| < 2^-54 (|x ln10| < 2^-54).
+constexpr double kExpRoundsToOne = 0x1p-54;
+constexpr double kExp10RoundsToOne = 0x1p-56;
+
 bool roundExp(const ExpParts& p, double* out) noexcept {
     if (!detail::roundsUnambiguously(p.v, kExpMargin, out)) return false;
     *out = detail::scaleNormal(*out, p.n);
@@ -41,8 +46,8 @@ double exp(double x) noexcept {
         if (x < -745.2) return 0.0;  // below 2^-1075: rounds to 0
         return wide::toDouble(detail::wideExp(wide::fromDouble(x)));
     }
-    if (x > -0x1p-54 && x < 0x1p-54) return 1.0;  // within half an ulp of 1
-    double r;
+    if (std::fabs(x) < kExpRoundsToOne) return 1.0;
+    double r = 0.0;
     if (roundExp(detail::expCore(x, 0.0), &r)) return r;
     return wide::toDouble(detail::wideExp(wide::fromDouble(x)));
 }
@@ -53,11 +58,11 @@ double exp10(double x) noexcept {
         if (x < -323.7) return 0.0;
         return wide::toDouble(detail::wideExp(timesLn10(x)));
     }
-    if (x > -0x1p-56 && x < 0x1p-56) return 1.0;
+    if (std::fabs(x) < kExp10RoundsToOne) return 1.0;
     // x ln10 as a double-double: relative error below 2^-104.
     dd::DD xl = dd::twoProd(x, tables::kLn10.hi);
     xl.lo += x * tables::kLn10.lo;
-    double r;
+    double r = 0.0;
     if (roundExp(detail::expCore(xl.hi, xl.lo), &r)) return r;
     return wide::toDouble(detail::wideExp(timesLn10(x)));
 }
@@ -81,18 +86,18 @@ bool logSpecial(double x, double* special, int* e, double* m) noexcept {
 }  // namespace
 
 double log(double x) noexcept {
-    double r;
-    int e;
-    double m;
+    double r = 0.0;
+    int e = 0;
+    double m = 1.0;
     if (logSpecial(x, &r, &e, &m)) return r;
     if (detail::roundsUnambiguously(detail::logCore(e, m), kLogMargin, &r)) return r;
     return wide::toDouble(detail::wideLog(x));
 }
 
 double log10(double x) noexcept {
-    double r;
-    int e;
-    double m;
+    double r = 0.0;
+    int e = 0;
+    double m = 1.0;
     if (logSpecial(x, &r, &e, &m)) return r;
     // Powers of ten up to 10^22 are exact doubles and give exact integers;
     // the rounding test decides them like any other argument.

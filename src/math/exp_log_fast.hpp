@@ -21,13 +21,13 @@ static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must be evaluated in doub
 namespace Mivora::math::detail {
 
 inline std::uint64_t bitsOf(double x) noexcept {
-    std::uint64_t b;
+    std::uint64_t b = 0;
     std::memcpy(&b, &x, sizeof b);
     return b;
 }
 
 inline double fromBits(std::uint64_t b) noexcept {
-    double x;
+    double x = 0.0;
     std::memcpy(&x, &b, sizeof x);
     return x;
 }

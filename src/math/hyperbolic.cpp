@@ -68,7 +68,7 @@ double cosh(double x) noexcept {
     if (!(ax < kOverflow)) return std::isnan(x) ? x + x : kInf;
     // cosh x - 1 < x^2/2 < 2^-53: within half an ulp above 1.
     if (ax < 0x1p-26) return 1.0;
-    double r;
+    double r = 0.0;
     if (ax >= kOneSided) {
         if (oneSided(ax, &r)) return r;
     } else {
@@ -83,8 +83,8 @@ double sinh(double x) noexcept {
     if (!(ax < kOverflow)) return std::isnan(x) ? x + x : (x < 0 ? -kInf : kInf);
     // sinh x = x (1 + d), 0 <= d < x^2/6 < 2^-54: x itself (also +-0).
     if (ax < 0x1p-26) return x;
-    double r;
-    bool done;
+    double r = 0.0;
+    bool done = false;
     if (ax >= kOneSided) {
         done = oneSided(ax, &r);
     } else if (ax >= 0.5) {

@@ -65,7 +65,7 @@ bool exactPower(double x, double y, wide::Wide* out) noexcept {
     if (xf.odd == 1) {
         // 2^(p y) with |p y| > 2048 is no finite non-zero double (p != 0).
         if (std::fabs(y) > 2048.0) return false;
-        long long q;
+        long long q = 0;
         if (yf.exp >= 0) {
             q = p * static_cast<long long>(yf.odd << yf.exp);
         } else {
@@ -115,8 +115,8 @@ double fastMargin(double t) noexcept { return std::fabs(t) * 0x1p-72 + 0x1p-67; 
 
 // x^y for positive finite x != 1 and finite y not in {0, 1, -1, 2, 1/2}.
 double positivePow(double x, double y) noexcept {
-    int e;
-    double m;
+    int e = 0;
+    double m = 1.0;
     detail::splitPositive(x, &e, &m);
     const dd::DD l = detail::logCore(e, m);
     // Far beyond the range first, where y log x may not even be finite.
@@ -128,7 +128,7 @@ double positivePow(double x, double y) noexcept {
     if (t.hi < -745.2) return 0.0;     // below 2^-1075
     if (t.hi >= -708.3) {              // normal result: fast path
         const detail::ExpParts p = detail::expCore(t.hi, t.lo);
-        double r;
+        double r = 0.0;
         if (detail::roundsUnambiguously(p.v, fastMargin(t.hi), &r)) return detail::scaleNormal(r, p.n);
     }
     // Exact results and midpoints: no precision decides those.

@@ -13,7 +13,7 @@ constexpr int kMaxLimbs = 2 * kLimbs;
 
 // hi:lo = a * b.
 #if defined(__SIZEOF_INT128__)
-__extension__ typedef unsigned __int128 u128;
+using u128 = __uint128_t;
 void mul64(u64 a, u64 b, u64& hi, u64& lo) noexcept {
     const u128 p = static_cast<u128>(a) * b;
     hi = static_cast<u64>(p >> 64);
@@ -43,12 +43,12 @@ int leadingZeros(u64 v) noexcept {
 
 // Value (-1)^neg * (L / 2^(64 n)) * 2^exp from n limbs, most significant
 // first; normalised and truncated to kLimbs limbs.
-Wide pack(bool neg, int exp, const u64* limbs, int n) noexcept {
+Wide pack(bool negative, int exp, const u64* limbs, int n) noexcept {
     Wide r;
     int first = 0;
     while (first < n && limbs[first] == 0) ++first;
     if (first == n) return r;  // +0
-    r.neg = neg;
+    r.neg = negative;
     const int lz = leadingZeros(limbs[first]);
     r.exp = exp - 64 * first - lz;
     for (int i = 0; i < kLimbs; ++i) {
@@ -102,28 +102,27 @@ bool anyFrom(const Wide& a, int i) noexcept {
 bool isZero(const Wide& a) noexcept { return a.m[0] == 0; }
 
 Wide fromDouble(double x) noexcept {
-    u64 bits;
+    u64 bits = 0;
     std::memcpy(&bits, &x, sizeof bits);
-    const bool neg = (bits >> 63) != 0;
+    const bool negative = (bits >> 63) != 0;
     const int biased = static_cast<int>((bits >> 52) & 0x7ff);
     u64 mant = bits & ((u64{1} << 52) - 1);
-    int e;  // x = mant * 2^e
-    if (biased == 0) {
-        e = -1074;
-    } else {
+    int e = -1074;  // x = mant * 2^e; subnormal as it stands
+    if (biased != 0) {
         mant |= u64{1} << 52;
         e = biased - 1075;
     }
     // mant / 2^64 * 2^(e + 64)
     const u64 limb[1] = {mant};
-    return pack(neg, e + 64, limb, 1);
+    return pack(negative, e + 64, limb, 1);
 }
 
 Wide fromInt(std::int64_t v) noexcept {
-    const bool neg = v < 0;
-    const u64 mag = neg ? u64{0} - static_cast<u64>(v) : static_cast<u64>(v);
+    const bool negative = v < 0;
+    const u64 bits = static_cast<u64>(v);
+    const u64 mag = negative ? ~bits + 1u : bits;  // two's complement magnitude
     const u64 limb[1] = {mag};
-    return pack(neg, 64, limb, 1);
+    return pack(negative, 64, limb, 1);
 }
 
 Wide neg(Wide a) noexcept {
@@ -181,7 +180,7 @@ Wide mul(const Wide& a, const Wide& b) noexcept {
     for (int i = kLimbs - 1; i >= 0; --i) {
         u64 carry = 0;
         for (int j = kLimbs - 1; j >= 0; --j) {
-            u64 hi, lo;
+            u64 hi = 0, lo = 0;
             mul64(a.m[i], b.m[j], hi, lo);
             u64& slot = p[i + j + 1];
             lo += carry;
@@ -199,7 +198,7 @@ Wide mulSmall(const Wide& a, std::uint32_t k) noexcept {
     u64 r[kLimbs + 1];
     u64 carry = 0;
     for (int i = kLimbs - 1; i >= 0; --i) {
-        u64 hi, lo;
+        u64 hi = 0, lo = 0;
         mul64(a.m[i], k, hi, lo);
         lo += carry;
         hi += lo < carry;
