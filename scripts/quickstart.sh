@@ -7,8 +7,8 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# A need is KIND:NAME:PACKAGE: a command on PATH (cmd) or a package CMake
-# finds (lib), and the Debian package that provides it. What is there is
+# A need is KIND:NAME:PACKAGE: a command on PATH (cmd), a package CMake
+# finds (lib) or a C header the compiler finds (hdr), and the Debian package that provides it. What is there is
 # used as it is, whoever installed it.
 BUILD_NEEDS=(cmd:cmake:cmake cmd:c++:g++ cmd:make:make)
 TEST_NEEDS=(lib:GTest:libgtest-dev)
@@ -22,7 +22,7 @@ PYTHON_NEEDS=(pyh:Python.h:python3-dev py:pybind11:python3-pybind11 py:numpy:pyt
               py:ensurepip:python3-venv py:pip:python3-pip py:setuptools:python3-setuptools
               py:wheel:python3-wheel)
 # The accuracy test of the elementary functions compares them with MPFR.
-MATH_TEST_NEEDS=(lib:MPFR:libmpfr-dev)
+MATH_TEST_NEEDS=(hdr:mpfr.h:libmpfr-dev)
 PYTHON=/usr/bin/python3
 
 apt_updated=""
@@ -88,6 +88,7 @@ missing_needs() {
             py) "$PYTHON" -c "import $name" >/dev/null 2>&1 || echo "$need" ;;
             pyh) "$PYTHON" -c "import os, sysconfig; assert os.path.exists(os.path.join(sysconfig.get_paths()['include'], '$name'))" \
                      >/dev/null 2>&1 || echo "$need" ;;
+            hdr) echo "#include <$name>" | c++ -E -x c++ - >/dev/null 2>&1 || echo "$need" ;;
             lib) libs+=("$name") ;;
         esac
     done
@@ -132,7 +133,7 @@ case "${1:-}" in
         ./build/release/tools/mivora/mivora demo --out build/demo
         ;;
     test)
-        provide "${BUILD_NEEDS[@]}" "${TEST_NEEDS[@]}"
+        provide "${BUILD_NEEDS[@]}" "${TEST_NEEDS[@]}" "${MATH_TEST_NEEDS[@]}"
         # The tool's and the benchmarks' packages too if they can be had;
         # without them their parts are left out (the configure says so).
         provide "${TOOL_NEEDS[@]}" "${BENCH_NEEDS[@]}" "${PYTHON_NEEDS[@]}" || true

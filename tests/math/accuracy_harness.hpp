@@ -1,0 +1,78 @@
+// Bit-for-bit comparison of Mivora::math against MPFR, table-driven: each
+// function is a row naming our function, MPFR's, and how to draw inputs.
+// MIVORA_MATH_SAMPLES sets the random inputs per function (default 100000),
+// MIVORA_MATH_SEED the seed (default fixed, so every run checks the same).
+#ifndef MIVORA_ACCURACY_HARNESS_HPP
+#define MIVORA_ACCURACY_HARNESS_HPP
+
+#include <mpfr.h>
+
+#include <cstdint>
+#include <functional>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace mivora_math_test {
+
+using Rng = std::mt19937_64;
+using Draw = std::function<double(Rng&)>;
+using Draw2 = std::function<std::pair<double, double>(Rng&)>;
+using Mpfr1 = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+using Mpfr2 = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, mpfr_rnd_t);
+
+struct UnaryRow {
+    std::string name;
+    std::function<double(double)> ours;
+    Mpfr1 reference;
+    std::vector<Draw> draws;       // the random inputs are shared among these
+    std::vector<double> specials;  // checked in addition
+    std::vector<Draw> hard = {};   // 1/400 as many again (slow draws, e.g. nearMidpoint)
+};
+
+struct BinaryRow {
+    std::string name;
+    std::function<double(double, double)> ours;
+    Mpfr2 reference;
+    std::vector<Draw2> draws;
+    std::vector<std::pair<double, double>> specials;
+    std::vector<Draw2> hard = {};
+};
+
+// Input generators.
+Draw uniform(double lo, double hi);          // uniform in [lo, hi]
+Draw logUniform(double lo, double hi);       // 0 < lo < hi: uniform exponent
+Draw anyFinite();                            // random bits, every finite double
+Draw signedAnyFinite(double maxAbs);         // random bits with |x| <= maxAbs
+Draw ofBoth(Draw a, Draw b);                 // pairs are built from these:
+Draw2 pairOf(Draw x, Draw y);
+// Arguments whose result lies within 2^-(53+bits) relative of a rounding
+// boundary (a midpoint between doubles), found by filtering draws of `from`
+// with MPFR: they drive the slow paths.
+Draw nearMidpoint(Mpfr1 f, Draw from, int bits);
+Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits);
+
+// Special values every unary function sees: zeros, infinities, NaN, the
+// extremes of the subnormal and normal ranges, 1, -1.
+std::vector<double> commonSpecials();
+
+std::uint64_t samplesPerFunction();
+constexpr std::uint64_t kHardShare = 400;  // hard inputs: samplesPerFunction() / kHardShare
+std::uint64_t seed();
+
+// The correctly rounded double of f(x) (or f(x, y)), by MPFR with the
+// double format's exponent range and subnormals.
+double reference(Mpfr1 f, double x);
+double reference(Mpfr2 f, double x, double y);
+bool sameBits(double a, double b);  // NaNs match any NaN
+
+// Rows of each family.
+std::vector<UnaryRow> expLogUnaryRows();
+std::vector<BinaryRow> expLogBinaryRows();
+std::vector<UnaryRow> trigUnaryRows();
+std::vector<BinaryRow> trigBinaryRows();
+
+}  // namespace mivora_math_test
+
+#endif

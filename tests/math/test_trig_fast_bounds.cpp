@@ -1,0 +1,108 @@
+// The trigonometric fast paths' stated error bounds (trig_fast.hpp,
+// trig_reduce.hpp), measured against MPFR: the rounding tests are only as
+// sound as these bounds, and a violation shows here long before it meets an
+// argument close enough to a midpoint to be misrounded.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "accuracy_harness.hpp"
+#include "trig_fast.hpp"
+#include "trig_reduce.hpp"
+
+namespace mivora_math_test {
+namespace {
+
+namespace t = Mivora::math::trig;
+
+constexpr mpfr_prec_t kPrec = 1400;  // pi/2 to well past 2^1024 / 2^-200
+
+// log2 |v - exact|, relative to |exact| when asked.
+double log2Error(t::DD v, mpfr_srcptr exact, bool relative) {
+    mpfr_t a;
+    mpfr_init2(a, kPrec);
+    mpfr_set_d(a, v.hi, MPFR_RNDN);
+    mpfr_add_d(a, a, v.lo, MPFR_RNDN);
+    mpfr_sub(a, a, exact, MPFR_RNDN);
+    if (relative) mpfr_div(a, a, exact, MPFR_RNDN);
+    const double e = mpfr_zero_p(a) ? -1000.0 : std::log2(std::fabs(mpfr_get_d(a, MPFR_RNDN)));
+    mpfr_clear(a);
+    return e;
+}
+
+// f(x) with MPFR, then the error of v against it.
+double errorOf(t::DD v, Mpfr1 f, double x) {
+    mpfr_t a, r;
+    mpfr_inits2(kPrec, a, r, static_cast<mpfr_ptr>(nullptr));
+    mpfr_set_d(a, x, MPFR_RNDN);
+    f(r, a, MPFR_RNDN);
+    const double e = log2Error(v, r, true);
+    mpfr_clears(a, r, static_cast<mpfr_ptr>(nullptr));
+    return e;
+}
+
+double sinCore(double r) {
+    t::DD s{}, c{};
+    t::sinCosOfReduced({r, 0.0}, true, false, s, c);
+    return errorOf(s, mpfr_sin, r);
+}
+
+double cosCore(double r) {
+    t::DD s{}, c{};
+    t::sinCosOfReduced({r, 0.0}, false, true, s, c);
+    return errorOf(c, mpfr_cos, r);
+}
+
+// sin r / cos r and cos r / sin r, as tan uses them in even and odd quadrants.
+double tanCore(double r) {
+    t::DD s{}, c{};
+    t::sinCosOfReduced({r, 0.0}, true, true, s, c);
+    return std::max(errorOf(t::quotient(s, c), mpfr_tan, r), errorOf(t::quotient(c, s), mpfr_cot, r));
+}
+
+double atanCore(double u) { return errorOf(t::atanUnit({u, 0.0}), mpfr_atan, u); }
+
+// Absolute error of r = x - k pi/2 (and the quadrant k mod 4).
+double reduction(double x) {
+    mpfr_t a, halfPi, r;
+    mpfr_inits2(kPrec, a, halfPi, r, static_cast<mpfr_ptr>(nullptr));
+    mpfr_const_pi(halfPi, MPFR_RNDN);
+    mpfr_div_2ui(halfPi, halfPi, 1, MPFR_RNDN);
+    mpfr_set_d(a, x, MPFR_RNDN);
+    long k = 0;
+    mpfr_remquo(r, &k, a, halfPi, MPFR_RNDN);
+    const t::ReducedFast got = t::reduceFast(x);
+    const double e = (got.quadrant == static_cast<int>(k & 3)) ? log2Error(got.r, r, false) : 0.0;
+    mpfr_clears(a, halfPi, r, static_cast<mpfr_ptr>(nullptr));
+    return e;
+}
+
+struct BoundRow {
+    const char* name;
+    std::vector<Draw> draws;
+    double (*log2Err)(double);
+    double bound;  // log2 of the bound stated where the code is
+};
+
+TEST(TrigFastPath, ErrorsStayWithinTheirStatedBounds) {
+    const Draw quarter = uniform(-0.7853981633974483, 0.7853981633974483);
+    const std::vector<BoundRow> rows = {
+        {"sin r", {quarter, logUniform(0x1p-30, 0x1p-8)}, sinCore, -68.4},
+        {"cos r", {quarter}, cosCore, -68.4},
+        {"tan r, cot r", {quarter, logUniform(0x1p-25, 0x1p-8)}, tanCore, -67.3},
+        {"atan u", {uniform(0.0, 1.0), logUniform(0x1p-30, 0x1p-7)}, atanCore, -67.6},
+        // Absolute; arguments of every size, both reductions.
+        {"reduction", {uniform(0.8, 1e3), logUniform(1.0, 0x1p27), logUniform(0x1p27, 1e300)}, reduction, -103.0},
+    };
+    const std::uint64_t n = samplesPerFunction() / 4;
+    for (const BoundRow& row : rows) {
+        Rng rng(seed());
+        double worst = -1000.0;
+        for (std::uint64_t i = 0; i < n; ++i) worst = std::max(worst, row.log2Err(row.draws[i % row.draws.size()](rng)));
+        EXPECT_LE(worst, row.bound) << row.name << ": largest error 2^" << worst;
+    }
+}
+
+}  // namespace
+}  // namespace mivora_math_test
