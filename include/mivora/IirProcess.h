@@ -49,6 +49,7 @@ namespace Mivora {
 
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
+class IirChannels;
 
 namespace design {
 struct Cascade;
@@ -376,6 +377,8 @@ private:
     // changeOrder(c.order), then the sections a multi-section design
     // computed, exactly those its order runs (src/design/cascade.hpp).
     void applyDesign(const design::Cascade& c) noexcept;
+    // Runs its channels' stages in place of doProcess, over their storage.
+    friend class IirChannels;
 
     double delay[8];      // per section: x1 x2 y1 y2
     double coef[10];      // per section: b0 b1 b2 a1 a2

@@ -20,12 +20,6 @@
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
-// Which of the six stage sets runs: 0 to 2 second-order sections, with or
-// without the first-order section.
-inline int stageSet(int sections, bool first) noexcept {
-    return (sections <= 0 ? 0 : sections == 1 ? 2 : 4) + (first ? 1 : 0);
-}
-
 // Order 0: widen and narrow, as the per-sample chain does with no stage.
 inline void passThrough(const float* in, float* out, unsigned int count) noexcept {
     for (unsigned int i = 0; i < count; ++i) out[i] = static_cast<float>(static_cast<double>(in[i]));

@@ -18,6 +18,15 @@ struct StageView {
     bool first;             // whether the first-order section runs after them
 };
 
+namespace {  // each translation unit its own copy: see section_kernels.hpp
+
+// Second-order sections that an order runs: order/2 rounded toward zero,
+// none below 2, at most the two the object holds. Written as a sum of
+// comparisons so that it compiles without branches.
+constexpr int runningSections(int order) noexcept { return (order >= 2 ? 1 : 0) + (order >= 4 ? 1 : 0); }
+
+}  // namespace
+
 enum class Path {
     portable,  // plain C++, built for the baseline of the target
     x86Fma,    // x86-64 build using FMA3 instructions

@@ -18,6 +18,12 @@ namespace Mivora::detail {
 // instructions the running CPU lacks.
 namespace {
 
+// Which of the six stage sets runs: 0 to 2 second-order sections, with or
+// without the first-order section.
+inline int stageSet(int sections, bool first) noexcept {
+    return (sections <= 0 ? 0 : sections == 1 ? 2 : 4) + (first ? 1 : 0);
+}
+
 inline double mul(double a, double b) noexcept { return a * b; }
 inline double mulAdd(double a, double b, double c) noexcept { return std::fma(a, b, c); }
 
