@@ -44,9 +44,9 @@ struct LaneRuns {
 
 template <class L, class Get>
 L laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, Get get) noexcept {
-    alignas(64) double t[L::width];
-    for (int l = 0; l < L::width; ++l) t[l] = r.run[l] ? get(*g.lane[l]) : 0.0;
-    return L::load(t);
+    // Built in registers from the objects' memory: stores to a local array
+    // and one wide load would stall, the load waiting for the stores.
+    return L::generate([&](int l) { return r.run[l] ? get(*g.lane[l]) : 0.0; });
 }
 
 template <class L, class Put>
@@ -73,7 +73,7 @@ struct LaneSection {
         for (int i = 0; i < 4; ++i)
             putLaneValues(g, r, *s[i], [=](const StageView& v, double d) { v.delay[4 * k + i] = d; });
     }
-    L step(L x) noexcept {
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = sectionOut(c, x, x1, x2, y1, y2);
         x2 = x1, x1 = x;
         y2 = y1, y1 = y;
@@ -96,7 +96,7 @@ struct LaneFirstOrder {
         putLaneValues(g, r, x1, [](const StageView& v, double d) { v.delay1st[0] = d; });
         putLaneValues(g, r, y1, [](const StageView& v, double d) { v.delay1st[1] = d; });
     }
-    L step(L x) noexcept {
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = firstOrderOut(c, x, x1, y1);
         x1 = x, y1 = y;
         return y;
@@ -147,18 +147,18 @@ struct LaneStages {
     }
 
     // A stage's result where it runs, its input elsewhere.
-    static L through(const typename L::Mask& m, const L& y, const L& x) noexcept {
+    MIVORA_KERNEL_INLINE static L through(const typename L::Mask& m, const L& y, const L& x) noexcept {
         if constexpr (Masked) return L::select(m, y, x);
         else return (void)m, (void)x, y;
     }
-    L step(L x) noexcept {
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
         if constexpr (Sections >= 1) x = through(m0, s0.step(x), x);
         if constexpr (Sections >= 2) x = through(m1, s1.step(x), x);
         if constexpr (First) x = through(mf, f.step(x), x);
         return x;
     }
     template <int... j>
-    void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
+    MIVORA_KERNEL_INLINE void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
         ((x[j] = step(x[j])), ...);
     }
 };
@@ -169,8 +169,12 @@ struct LaneStages {
 template <class L, int Sections, bool First, bool Masked, class IO>
 void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     constexpr int W = L::width;
-    LaneStages<L, Sections, First, Masked> st;
-    st.load(g);
+    LaneStages<L, Sections, First, Masked> loaded;
+    loaded.load(g);
+    // A copy whose address never leaves this function: the compiler keeps
+    // its every field in a register, where the loaded object, handed to
+    // load and store, would keep feedback state in memory.
+    LaneStages<L, Sections, First, Masked> st = loaded;
     L x[W];
     unsigned int n = 0;
     for (; n + W <= frames; n += W) {
@@ -184,7 +188,8 @@ void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcep
         for (unsigned int j = 0; j < k; ++j) x[j] = st.step(x[j]);
         io.storePart(x, n, k);
     }
-    st.store(g);
+    loaded = st;
+    loaded.store(g);
 }
 
 template <class L, int Sections, bool First, class IO>
@@ -225,25 +230,23 @@ struct InterleavedIO {
     std::size_t stride;
     int active;
 
-    L loadFrame(std::size_t n) const noexcept {
-        if constexpr (Full) return L::loadFloats(in + n * stride);
-        else return L::loadFloats(in + n * stride, active);
+    MIVORA_KERNEL_INLINE L loadFrame(const float* p) const noexcept {
+        if constexpr (Full) return L::loadFloats(p);
+        else return L::loadFloats(p, active);
     }
-    void storeFrame(std::size_t n, const L& y) const noexcept {
-        if constexpr (Full) L::storeFloats(out + n * stride, y);
-        else L::storeFloats(out + n * stride, y, active);
+    MIVORA_KERNEL_INLINE void storeFrame(float* p, const L& y) const noexcept {
+        if constexpr (Full) L::storeFloats(p, y);
+        else L::storeFloats(p, y, active);
     }
-    void load(L (&x)[W], unsigned int n) const noexcept {
-        for (int j = 0; j < W; ++j) x[j] = loadFrame(std::size_t{n} + j);
+    MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept { loadPart(x, n, W); }
+    MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) const noexcept { storePart(y, n, W); }
+    MIVORA_KERNEL_INLINE void loadPart(L (&x)[W], unsigned int n, unsigned int k) const noexcept {
+        const float* p = in + n * stride;
+        for (unsigned int j = 0; j < k; ++j, p += stride) x[j] = loadFrame(p);
     }
-    void store(const L (&y)[W], unsigned int n) const noexcept {
-        for (int j = 0; j < W; ++j) storeFrame(std::size_t{n} + j, y[j]);
-    }
-    void loadPart(L (&x)[W], unsigned int n, unsigned int k) const noexcept {
-        for (unsigned int j = 0; j < k; ++j) x[j] = loadFrame(std::size_t{n} + j);
-    }
-    void storePart(const L (&y)[W], unsigned int n, unsigned int k) const noexcept {
-        for (unsigned int j = 0; j < k; ++j) storeFrame(std::size_t{n} + j, y[j]);
+    MIVORA_KERNEL_INLINE void storePart(const L (&y)[W], unsigned int n, unsigned int k) const noexcept {
+        float* p = out + n * stride;
+        for (unsigned int j = 0; j < k; ++j, p += stride) storeFrame(p, y[j]);
     }
 };
 
@@ -259,12 +262,12 @@ struct PlanarIO {
     float zeros[W] = {};
     float scratch[W] = {};
 
-    void load(L (&x)[W], unsigned int n) const noexcept {
+    MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept {
         const float* rows[W];
         for (int l = 0; l < W; ++l) rows[l] = l < active ? in[l] + n : zeros;
         L::loadTile(rows, x);
     }
-    void store(const L (&y)[W], unsigned int n) noexcept {
+    MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) noexcept {
         float* rows[W];
         for (int l = 0; l < W; ++l) rows[l] = l < active ? out[l] + n : scratch;
         L::storeTile(rows, y);
@@ -318,33 +321,39 @@ void planarGroup(const StageView* ch, int firstChannel, int active, const float*
     runGroupStages<L>(g, io, frames);
 }
 
-// Groups of Wide lanes while more channels are left than Narrow holds, then
-// one Narrow group: few channels do not pay for a wide register's work.
-template <class Wide, class Narrow, class Group>
-void forEachGroup(int channels, Group group) noexcept {
-    for (int c = 0; c < channels;) {
-        const int left = channels - c;
-        const int active = left > Narrow::width ? std::min(left, Wide::width) : left;
-        group(c, active, left > Narrow::width);
-        c += active;
+// The channels in groups, each of the narrowest lane type that holds what
+// is left, or of the widest while more is left than the next one holds: few
+// channels do not pay for a wide register's work. Lanes: widest first.
+template <class Wide, class... Narrower>
+struct LaneTypes {
+    template <class Group>
+    static void forEachGroup(int firstChannel, int channels, Group& group) noexcept {
+        for (int c = firstChannel; c < channels;) {
+            const int left = channels - c;
+            if constexpr (sizeof...(Narrower) > 0) {
+                if (left <= LaneTypes<Narrower...>::widest) return LaneTypes<Narrower...>::forEachGroup(c, channels, group);
+            }
+            const int active = std::min(left, Wide::width);
+            group(Wide{}, c, active);
+            c += active;
+        }
     }
-}
+    static constexpr int widest = Wide::width;
+};
 
-template <class Wide, class Narrow>
+template <class... Lanes>
 void runInterleaved(const StageView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
-    forEachGroup<Wide, Narrow>(channels, [&](int c, int active, bool wide) {
-        if (wide) interleavedGroup<Wide>(ch, c, active, channels, in, out, frames);
-        else interleavedGroup<Narrow>(ch, c, active, channels, in, out, frames);
-    });
+    auto group = [&](auto lanes, int c, int active) {
+        interleavedGroup<decltype(lanes)>(ch, c, active, channels, in, out, frames);
+    };
+    LaneTypes<Lanes...>::forEachGroup(0, channels, group);
 }
 
-template <class Wide, class Narrow>
+template <class... Lanes>
 void runPlanar(const StageView* ch, int channels, const float* const* in, float* const* out,
                unsigned int frames) noexcept {
-    forEachGroup<Wide, Narrow>(channels, [&](int c, int active, bool wide) {
-        if (wide) planarGroup<Wide>(ch, c, active, in, out, frames);
-        else planarGroup<Narrow>(ch, c, active, in, out, frames);
-    });
+    auto group = [&](auto lanes, int c, int active) { planarGroup<decltype(lanes)>(ch, c, active, in, out, frames); };
+    LaneTypes<Lanes...>::forEachGroup(0, channels, group);
 }
 
 }  // namespace

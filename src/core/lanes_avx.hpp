@@ -1,5 +1,6 @@
-// Channel lanes in 256-bit registers, for x86-64 with AVX and FMA3: four
-// lanes in one register, and eight in two (the wide group of the AVX2 build).
+// Channel lanes for x86-64 with AVX and FMA3: two lanes in a 128-bit
+// register, four in a 256-bit one, and eight in two (the wide group of the
+// AVX2 build).
 // Interface: lanes_portable.hpp. Only translation units built for FMA3 (and
 // AVX2) include this.
 #ifndef MIVORA_LANES_AVX_HPP
@@ -47,6 +48,50 @@ inline void transpose8(__m256 (&r)[8]) noexcept {
     r[7] = _mm256_permute2f128_ps(u3, u7, 0x31);
 }
 
+struct Xmm2 {
+    static constexpr int width = 2;
+    using Mask = __m128d;
+    __m128d v;
+
+    static Mask mask(const bool* run) noexcept {
+        return _mm_castsi128_pd(_mm_set_epi64x(-static_cast<long long>(run[1]), -static_cast<long long>(run[0])));
+    }
+    static Xmm2 select(Mask m, Xmm2 a, Xmm2 b) noexcept { return {_mm_blendv_pd(b.v, a.v, m)}; }
+    template <class F>
+    static Xmm2 generate(F f) noexcept { return {_mm_set_pd(f(1), f(0))}; }
+    void store(double* p) const noexcept { _mm_storeu_pd(p, v); }
+
+    // Two floats in one 64-bit load (aliasing-safe), or one (active is 1).
+    static Xmm2 loadFloats(const float* p) noexcept {
+        return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))))};
+    }
+    static Xmm2 loadFloats(const float* p, int) noexcept { return {_mm_cvtps_pd(_mm_load_ss(p))}; }
+    static void storeFloats(float* p, Xmm2 x) noexcept {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(_mm_cvtpd_ps(x.v)));
+    }
+    static void storeFloats(float* p, Xmm2 x, int) noexcept { _mm_store_ss(p, _mm_cvtpd_ps(x.v)); }
+    static void loadTile(const float* const* rows, Xmm2 (&frames)[2]) noexcept {
+        // (a0 b0 a1 b1): frame 0 in the low half, frame 1 in the high one.
+        const __m128 t = _mm_unpacklo_ps(loadFloatsRaw(rows[0]), loadFloatsRaw(rows[1]));
+        frames[0].v = _mm_cvtps_pd(t);
+        frames[1].v = _mm_cvtps_pd(_mm_movehl_ps(t, t));
+    }
+    static void storeTile(float* const* rows, const Xmm2 (&frames)[2]) noexcept {
+        // (a0 a1 b0 b1): row 0 in the low half, row 1 in the high one.
+        const __m128 t = _mm_unpacklo_ps(_mm_cvtpd_ps(frames[0].v), _mm_cvtpd_ps(frames[1].v));
+        _mm_storel_pi(reinterpret_cast<__m64*>(rows[0]), t);
+        _mm_storeh_pi(reinterpret_cast<__m64*>(rows[1]), t);
+    }
+
+private:
+    static __m128 loadFloatsRaw(const float* p) noexcept {
+        return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    }
+};
+
+inline Xmm2 mul(Xmm2 a, Xmm2 b) noexcept { return {_mm_fmadd_pd(a.v, b.v, _mm_set1_pd(-0.0))}; }
+inline Xmm2 mulAdd(Xmm2 a, Xmm2 b, Xmm2 c) noexcept { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
+
 struct Ymm4 {
     static constexpr int width = 4;
     using Mask = __m256d;
@@ -57,7 +102,8 @@ struct Ymm4 {
                                                       -static_cast<long long>(run[2]), -static_cast<long long>(run[3])));
     }
     static Ymm4 select(Mask m, Ymm4 a, Ymm4 b) noexcept { return {_mm256_blendv_pd(b.v, a.v, m)}; }
-    static Ymm4 load(const double* p) noexcept { return {_mm256_loadu_pd(p)}; }
+    template <class F>
+    static Ymm4 generate(F f) noexcept { return {_mm256_set_pd(f(3), f(2), f(1), f(0))}; }
     void store(double* p) const noexcept { _mm256_storeu_pd(p, v); }
 
     static Ymm4 loadFloats(const float* p) noexcept { return {_mm256_cvtps_pd(_mm_loadu_ps(p))}; }
@@ -103,7 +149,10 @@ struct Ymm8 {
     static Ymm8 select(const Mask& m, Ymm8 a, Ymm8 b) noexcept {
         return {_mm256_blendv_pd(b.lo, a.lo, m.lo), _mm256_blendv_pd(b.hi, a.hi, m.hi)};
     }
-    static Ymm8 load(const double* p) noexcept { return {_mm256_loadu_pd(p), _mm256_loadu_pd(p + 4)}; }
+    template <class F>
+    static Ymm8 generate(F f) noexcept {
+        return {Ymm4::generate(f).v, Ymm4::generate([&f](int l) { return f(l + 4); }).v};
+    }
     void store(double* p) const noexcept {
         _mm256_storeu_pd(p, lo);
         _mm256_storeu_pd(p + 4, hi);

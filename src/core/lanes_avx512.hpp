@@ -32,16 +32,22 @@ struct Zmm8 {
         return static_cast<Mask>(m);
     }
     static Zmm8 select(Mask m, Zmm8 a, Zmm8 b) noexcept { return {_mm512_mask_blend_pd(m, b.v, a.v)}; }
-    static Zmm8 load(const double* p) noexcept { return {_mm512_loadu_pd(p)}; }
+    template <class F>
+    static Zmm8 generate(F f) noexcept { return {_mm512_set_pd(f(7), f(6), f(5), f(4), f(3), f(2), f(1), f(0))}; }
     void store(double* p) const noexcept { _mm512_storeu_pd(p, v); }
 
     static Zmm8 loadFloats(const float* p) noexcept { return {widen8(_mm256_loadu_ps(p))}; }
+    // The first `active` of the float lanes: masked loads and stores touch
+    // no memory outside them. (AVX-512 masks, not AVX's masked moves, whose
+    // stores are slow on some CPUs.)
+    static __mmask16 firstLanes(int active) noexcept { return static_cast<__mmask16>((1u << active) - 1u); }
     static Zmm8 loadFloats(const float* p, int active) noexcept {
-        return {widen8(_mm256_maskload_ps(p, firstLanes8(active)))};
+        const __m512 f = _mm512_maskz_loadu_ps(firstLanes(active), p);
+        return {widen8(_mm256_castpd_ps(_mm512_maskz_extractf64x4_pd(0xFF, _mm512_castps_pd(f), 0)))};
     }
     static void storeFloats(float* p, Zmm8 x) noexcept { _mm256_storeu_ps(p, narrow8(x.v)); }
     static void storeFloats(float* p, Zmm8 x, int active) noexcept {
-        _mm256_maskstore_ps(p, firstLanes8(active), narrow8(x.v));
+        _mm512_mask_storeu_ps(p, firstLanes(active), _mm512_castps256_ps512(narrow8(x.v)));
     }
     static void loadTile(const float* const* rows, Zmm8 (&frames)[8]) noexcept {
         __m256 r[8];

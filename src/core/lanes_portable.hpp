@@ -5,7 +5,8 @@
 //   L::width                  lanes, one channel each
 //   L::Mask, mask(run)        which lanes a stage runs in (run: width bools)
 //   select(m, a, b)           a in the lanes of m, b elsewhere
-//   load(p) / store(p)        width doubles
+//   generate(f)               lanes f(0), f(1), ... (f(l) a double)
+//   store(p)                  width doubles
 //   loadFloats(p[, active])   width floats widened (exactly); with active,
 //                             the first active only, zero above
 //   storeFloats(p, v[, active])  narrowed (round to nearest), likewise
@@ -38,9 +39,10 @@ struct PlainLanes {
         for (int l = 0; l < W; ++l) r.v[l] = m.m[l] ? a.v[l] : b.v[l];
         return r;
     }
-    static PlainLanes load(const double* p) noexcept {
+    template <class F>
+    static PlainLanes generate(F f) noexcept {
         PlainLanes r;
-        for (int l = 0; l < W; ++l) r.v[l] = p[l];
+        for (int l = 0; l < W; ++l) r.v[l] = f(l);
         return r;
     }
     void store(double* p) const noexcept {
