@@ -227,15 +227,4 @@ inline double runSample(double* delay, const double* coef, double* delay1st, con
 }  // namespace
 }  // namespace Mivora::detail
 
-// Defines the entry points declared in kernel_paths.hpp for one build of the
-// kernels; used inside that build's namespace with the pair type it runs.
-#define MIVORA_DEFINE_KERNEL_ENTRY_POINTS(PairType)                                                       \
-    void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {     \
-        runBlock<PairType>(v, in, out, count);                                                            \
-    }                                                                                                     \
-    double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st,      \
-                         int sections, bool first, double x) noexcept {                                   \
-        return runSample(delay, coef, delay1st, coef1st, sections, first, x);                             \
-    }
-
 #endif

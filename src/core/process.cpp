@@ -37,7 +37,7 @@ Path fastestPath() noexcept { return cpuRunsX86Fma() ? Path::x86Fma : Path::port
 
 void processBlock(Path path, const StageView& v, const float* in, float* out, unsigned int count) noexcept {
 #if defined(MIVORA_HAVE_X86_FMA_KERNELS)
-    if (path == Path::x86Fma && cpuRunsX86Fma()) return x86fma::processBlock(v, in, out, count);
+    if (path == Path::x86Fma) return x86fma::processBlock(v, in, out, count);
 #endif
     (void)path;
     portable::processBlock(v, in, out, count);
@@ -45,7 +45,7 @@ void processBlock(Path path, const StageView& v, const float* in, float* out, un
 
 double processSample(Path path, const StageView& v, double x) noexcept {
 #if defined(MIVORA_HAVE_X86_FMA_KERNELS)
-    if (path == Path::x86Fma && cpuRunsX86Fma())
+    if (path == Path::x86Fma)
         return x86fma::processSample(v.delay, v.coef, v.delay1st, v.coef1st, v.sections, v.first, x);
 #endif
     (void)path;
