@@ -25,6 +25,12 @@
 #include "kernel_paths.hpp"
 #include "section_kernels.hpp"
 
+#if defined(__GNUC__)
+#define MIVORA_KERNEL_NOINLINE __attribute__((noinline))
+#else
+#define MIVORA_KERNEL_NOINLINE
+#endif
+
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
@@ -42,19 +48,31 @@ struct LaneRuns {
     bool run[W];
 };
 
-template <class L, class Get>
-L laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, Get get) noexcept {
-    // Built in registers from the objects' memory: stores to a local array
-    // and one wide load would stall, the load waiting for the stores.
-    return L::generate([&](int l) { return r.run[l] ? get(*g.lane[l]) : 0.0; });
+// N consecutive values of each lane's channel (from: a view to the first of
+// them), as N lane vectors; zeros in the lanes that do not run. One pass
+// over the lanes, copying each channel's values together, costs far less
+// per call than fetching every value through its view.
+template <class L, int N, class From>
+void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from, L (&out)[N]) noexcept {
+    double t[N][L::width];
+    for (int l = 0; l < L::width; ++l) {
+        const double* p = r.run[l] ? from(*g.lane[l]) : nullptr;
+        for (int i = 0; i < N; ++i) t[i][l] = p != nullptr ? p[i] : 0.0;
+    }
+    for (int i = 0; i < N; ++i) out[i] = L::generate([&](int l) { return t[i][l]; });
 }
 
-template <class L, class Put>
-void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L& x, Put put) noexcept {
-    alignas(64) double t[L::width];
-    x.store(t);
+// The reverse: N lane vectors back to N consecutive values of each running
+// lane's channel (to: a view to the first of them).
+template <class L, int N, class To>
+void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
+    alignas(64) double t[N][L::width];
+    for (int i = 0; i < N; ++i) in[i].store(t[i]);
     for (int l = 0; l < L::width; ++l)
-        if (r.run[l]) put(*g.lane[l], t[l]);
+        if (r.run[l]) {
+            double* p = to(*g.lane[l]);
+            for (int i = 0; i < N; ++i) p[i] = t[i][l];
+        }
 }
 
 template <class L>
@@ -63,15 +81,15 @@ struct LaneSection {
     L x1, x2, y1, y2;
 
     void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
-        const auto coef = [&](int i) { return laneValues<L>(g, r, [=](const StageView& v) { return v.coef[5 * k + i]; }); };
-        const auto state = [&](int i) { return laneValues<L>(g, r, [=](const StageView& v) { return v.delay[4 * k + i]; }); };
-        c = {coef(0), coef(1), coef(2), coef(3), coef(4)};
-        x1 = state(0), x2 = state(1), y1 = state(2), y2 = state(3);
+        L coef[5], state[4];
+        laneValues(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
+        laneValues(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
+        c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
+        x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
     }
     void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
-        const L* s[4] = {&x1, &x2, &y1, &y2};
-        for (int i = 0; i < 4; ++i)
-            putLaneValues(g, r, *s[i], [=](const StageView& v, double d) { v.delay[4 * k + i] = d; });
+        const L state[4] = {x1, x2, y1, y2};
+        putLaneValues(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = sectionOut(c, x, x1, x2, y1, y2);
@@ -87,14 +105,15 @@ struct LaneFirstOrder {
     L x1, y1;
 
     void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
-        const auto coef = [&](int i) { return laneValues<L>(g, r, [=](const StageView& v) { return v.coef1st[i]; }); };
-        const auto state = [&](int i) { return laneValues<L>(g, r, [=](const StageView& v) { return v.delay1st[i]; }); };
-        c = {coef(0), coef(1), coef(2)};
-        x1 = state(0), y1 = state(1);
+        L coef[3], state[2];
+        laneValues(g, r, [](const StageView& v) { return v.coef1st; }, coef);
+        laneValues(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
+        c = {coef[0], coef[1], coef[2]};
+        x1 = state[0], y1 = state[1];
     }
     void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
-        putLaneValues(g, r, x1, [](const StageView& v, double d) { v.delay1st[0] = d; });
-        putLaneValues(g, r, y1, [](const StageView& v, double d) { v.delay1st[1] = d; });
+        const L state[2] = {x1, y1};
+        putLaneValues(g, r, state, [](const StageView& v) { return v.delay1st; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = firstOrderOut(c, x, x1, y1);
@@ -123,7 +142,9 @@ struct LaneStages {
         return r;
     }
 
-    void load(const LaneGroup<W>& g) noexcept {
+    // Out of line: inlined, the gathering would crowd the block loop's
+    // register allocation.
+    MIVORA_KERNEL_NOINLINE void load(const LaneGroup<W>& g) noexcept {
         if constexpr (Sections >= 1) {
             const LaneRuns<W> r = runsOfSection(g, 0);
             s0.load(g, r, 0);
@@ -140,7 +161,7 @@ struct LaneStages {
             if constexpr (Masked) mf = L::mask(r.run);
         }
     }
-    void store(const LaneGroup<W>& g) const noexcept {
+    MIVORA_KERNEL_NOINLINE void store(const LaneGroup<W>& g) const noexcept {
         if constexpr (Sections >= 1) s0.store(g, runsOfSection(g, 0), 0);
         if constexpr (Sections >= 2) s1.store(g, runsOfSection(g, 1), 1);
         if constexpr (First) f.store(g, runsOfFirst(g));
@@ -299,8 +320,10 @@ LaneGroup<W> laneGroup(const StageView* ch, int active) noexcept {
     return g;
 }
 
+// (out is written through the IO object, which the check does not follow.)
 template <class L>
-void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in, float* out,
+void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in,
+                      float* out,  // NOLINT(readability-non-const-parameter)
                       unsigned int frames) noexcept {
     const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
     const std::size_t stride = static_cast<std::size_t>(channels);
