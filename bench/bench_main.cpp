@@ -82,6 +82,39 @@ void printRatio(double value, double reference) {
     else std::printf("  %6s", "-");
 }
 
+std::string channelName(const char* kind, int channels, int order, int block) {
+    return std::string(kind) + "/channels:" + std::to_string(channels) + "/order:" + std::to_string(order) +
+           "/block:" + std::to_string(block);
+}
+
+// Per channel-sample, as a ratio to the single-channel bound of the order.
+void printChannels(const SummaryReporter& rep) {
+    const int blocks[] = {64, 256, 4096};
+    const struct {
+        const char* kind;
+        const char* title;
+    } kinds[] = {{kChannelsPlanar, "IirChannels, planar"},
+                 {kChannelsInterleaved, "IirChannels, interleaved"},
+                 {kChannelsSeparate, "one IirProcess per channel"}};
+    for (const auto& k : kinds) {
+        if (rep.get(channelName(k.kind, 2, 2, 256)) < 0) continue;
+        std::printf("\n%s, in place: ns per channel-sample and x the single-channel bound\n", k.title);
+        std::printf("chan order");
+        for (int b : blocks) std::printf("   block %4d     ", b);
+        std::printf("\n");
+        for (int channels : {1, 2, 4, 8, 16})
+            for (int order = 1; order <= 5; ++order) {
+                std::printf("%4d %5d", channels, order);
+                for (int b : blocks) {
+                    const double v = rep.get(channelName(k.kind, channels, order, b));
+                    std::printf("  %7.3f", v);
+                    printRatio(v, boundFor(rep, order));
+                }
+                std::printf("\n");
+            }
+    }
+}
+
 void printSummary(const SummaryReporter& rep) {
     const int blocks[] = {64, 256, 4096};
     const double b1 = boundOf(rep, "/fma:1");
@@ -144,6 +177,8 @@ void printSummary(const SummaryReporter& rep) {
         std::printf("\n");
     }
 
+    printChannels(rep);
+
     std::printf("\ndesign operations and queries: ns/call\n");
     const std::string prefix = kDesign;
     for (const auto& [name, v] : rep.all())
@@ -160,6 +195,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     mivora_bench::registerProcessingBenchmarks();
     mivora_bench::registerDesignBenchmarks();
+    mivora_bench::registerChannelBenchmarks();
     mivora_bench::SummaryReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     mivora_bench::printSummary(reporter);

@@ -13,9 +13,14 @@ inline constexpr const char* kDecayedStraightforward = "decayedStraightforward";
 inline constexpr const char* kBound = "bound";                    // /fma:1 or /fma:2
 inline constexpr const char* kBoundAgain = "boundAgain";          // the same, at the end
 inline constexpr const char* kDesign = "design/";                 // + operation
+// Per channel-sample, /channels:C/order:N/block:B.
+inline constexpr const char* kChannelsPlanar = "IirChannels/planar";
+inline constexpr const char* kChannelsInterleaved = "IirChannels/interleaved";
+inline constexpr const char* kChannelsSeparate = "separateObjects";  // one IirProcess per channel
 
 void registerProcessingBenchmarks();
 void registerDesignBenchmarks();
+void registerChannelBenchmarks();
 
 }  // namespace mivora_bench
 

@@ -49,6 +49,7 @@ namespace Mivora {
 
 // The caller's allocator type. IirProcess only stores a pointer to it.
 class VqMemAlloc;
+class IirChannels;
 
 namespace design {
 struct Cascade;
@@ -380,6 +381,8 @@ private:
     // changeOrder(c.order), then the sections a multi-section design
     // computed, exactly those its order runs.
     void applyDesign(const design::Cascade& c) noexcept;
+    // Runs its channels' stages in place of doProcess, over their storage.
+    friend class IirChannels;
 
     // Tests, fuzzers and benchmarks reach the fields below through this one
     // accessor, never by offsets of their own.

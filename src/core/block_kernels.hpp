@@ -20,12 +20,6 @@
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
-// Which of the six stage sets runs: 0 to 2 second-order sections, with or
-// without the first-order section.
-inline int stageSet(int sections, bool first) noexcept {
-    return (sections <= 0 ? 0 : sections == 1 ? 2 : 4) + (first ? 1 : 0);
-}
-
 // Order 0: widen and narrow, as the per-sample chain does with no stage.
 inline void passThrough(const float* in, float* out, unsigned int count) noexcept {
     for (unsigned int i = 0; i < count; ++i) out[i] = static_cast<float>(static_cast<double>(in[i]));
@@ -232,16 +226,5 @@ inline double runSample(double* delay, const double* coef, double* delay1st, con
 
 }  // namespace
 }  // namespace Mivora::detail
-
-// Defines the entry points declared in kernel_paths.hpp for one build of the
-// kernels; used inside that build's namespace with the pair type it runs.
-#define MIVORA_DEFINE_KERNEL_ENTRY_POINTS(PairType)                                                       \
-    void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {     \
-        runBlock<PairType>(v, in, out, count);                                                            \
-    }                                                                                                     \
-    double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st,      \
-                         int sections, bool first, double x) noexcept {                                   \
-        return runSample(delay, coef, delay1st, coef1st, sections, first, x);                             \
-    }
 
 #endif

@@ -18,6 +18,15 @@ struct StageView {
     bool first;             // whether the first-order section runs after them
 };
 
+namespace {  // each translation unit its own copy: see section_kernels.hpp
+
+// Second-order sections that an order runs: order/2 rounded toward zero,
+// none below 2, at most the two the object holds. Written as a sum of
+// comparisons so that it compiles without branches.
+constexpr int runningSections(int order) noexcept { return (order >= 2 ? 1 : 0) + (order >= 4 ? 1 : 0); }
+
+}  // namespace
+
 enum class Path {
     portable,  // plain C++, built for the baseline of the target
     x86Fma,    // x86-64 build using FMA3 instructions
@@ -30,25 +39,25 @@ bool pathAvailable(Path path) noexcept;
 // The path doProcess and cal use.
 Path fastestPath() noexcept;
 
-// Run a block / one sample on the given path; an unavailable path falls back
-// to the portable one. sections must lie in [0, 2].
+// Run a block / one sample on the given path, which must be available
+// (pathAvailable): the CPU is asked once per call, by fastestPath, and not
+// again here. sections must lie in [0, 2].
 void processBlock(Path path, const StageView& v, const float* in, float* out, unsigned int count) noexcept;
 double processSample(Path path, const StageView& v, double x) noexcept;
 
-// Entry points of each build of the kernels. The single-sample one takes the
-// view's fields as separate arguments: they then travel in registers, and a
-// call costs no round trip through memory.
-#define MIVORA_KERNEL_ENTRY_POINTS                                                                 \
-    void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept; \
-    double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st,  \
-                         int sections, bool first, double x) noexcept;
+// Entry points of each build of the kernels (kernels_*.cpp). The
+// single-sample one takes the view's fields as separate arguments: they then
+// travel in registers, and a call costs no round trip through memory.
 namespace portable {
-MIVORA_KERNEL_ENTRY_POINTS
+void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept;
+double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st, int sections,
+                     bool first, double x) noexcept;
 }  // namespace portable
 namespace x86fma {
-MIVORA_KERNEL_ENTRY_POINTS
+void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept;
+double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st, int sections,
+                     bool first, double x) noexcept;
 }  // namespace x86fma
-#undef MIVORA_KERNEL_ENTRY_POINTS
 
 }  // namespace Mivora::detail
 

@@ -7,6 +7,13 @@
 
 namespace Mivora::detail::portable {
 
-MIVORA_DEFINE_KERNEL_ENTRY_POINTS(ScalarPair)
+void processBlock(const StageView& v, const float* in, float* out, unsigned int count) noexcept {
+    runBlock<ScalarPair>(v, in, out, count);
+}
+
+double processSample(double* delay, const double* coef, double* delay1st, const double* coef1st, int sections,
+                     bool first, double x) noexcept {
+    return runSample(delay, coef, delay1st, coef1st, sections, first, x);
+}
 
 }  // namespace Mivora::detail::portable

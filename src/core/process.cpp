@@ -37,7 +37,7 @@ Path fastestPath() noexcept { return cpuRunsX86Fma() ? Path::x86Fma : Path::port
 
 void processBlock(Path path, const StageView& v, const float* in, float* out, unsigned int count) noexcept {
 #if defined(MIVORA_HAVE_X86_FMA_KERNELS)
-    if (path == Path::x86Fma && cpuRunsX86Fma()) return x86fma::processBlock(v, in, out, count);
+    if (path == Path::x86Fma) return x86fma::processBlock(v, in, out, count);
 #endif
     (void)path;
     portable::processBlock(v, in, out, count);
@@ -45,7 +45,7 @@ void processBlock(Path path, const StageView& v, const float* in, float* out, un
 
 double processSample(Path path, const StageView& v, double x) noexcept {
 #if defined(MIVORA_HAVE_X86_FMA_KERNELS)
-    if (path == Path::x86Fma && cpuRunsX86Fma())
+    if (path == Path::x86Fma)
         return x86fma::processSample(v.delay, v.coef, v.delay1st, v.coef1st, v.sections, v.first, x);
 #endif
     (void)path;
@@ -54,18 +54,9 @@ double processSample(Path path, const StageView& v, double x) noexcept {
 
 }  // namespace detail
 
-namespace {
-
-// Second-order sections that an order runs: order/2 rounded toward zero,
-// none below 2, at most the two the object holds. Written as a sum of
-// comparisons so that it compiles without branches.
-int runningSections(int order) noexcept { return (order >= 2 ? 1 : 0) + (order >= 4 ? 1 : 0); }
-
-}  // namespace
-
 void IirProcess::doProcess(float* in, float* out, unsigned int count) noexcept {
     if (count == 0) return;
-    const detail::StageView v{delay, coef, delay1st, coef1st, runningSections(evenOrder), oddOrder != 0};
+    const detail::StageView v{delay, coef, delay1st, coef1st, detail::runningSections(evenOrder), oddOrder != 0};
     detail::processBlock(detail::fastestPath(), v, in, out, count);
 }
 
@@ -74,14 +65,14 @@ void IirProcess::doProcess(float* in, float* out, unsigned int count) noexcept {
 double IirProcess::cal(int orderArg, double x) noexcept {
     // The argument picks the sections (clamped to the capacity); an object
     // whose evenOrder is 0 runs none whatever the argument says.
-    const int sections = evenOrder == 0 ? 0 : runningSections(orderArg);
+    const int sections = evenOrder == 0 ? 0 : detail::runningSections(orderArg);
     const detail::StageView v{delay, coef, delay1st, coef1st, sections, oddOrder != 0};
     return detail::processSample(detail::fastestPath(), v, x);
 }
 
 double IirProcess::cal(double x) noexcept {
     // evenOrder itself is within [-4, 4]; for evenOrder 0 both rules agree.
-    const detail::StageView v{delay, coef, delay1st, coef1st, runningSections(evenOrder), oddOrder != 0};
+    const detail::StageView v{delay, coef, delay1st, coef1st, detail::runningSections(evenOrder), oddOrder != 0};
     return detail::processSample(detail::fastestPath(), v, x);
 }
 

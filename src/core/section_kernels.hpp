@@ -10,6 +10,15 @@
 
 #include <cmath>
 
+// Forces inlining where the kernels' state must stay in registers across a
+// call: a step left out of line keeps its state in memory, and the store and
+// reload join the feedback chain.
+#if defined(__GNUC__)
+#define MIVORA_KERNEL_INLINE inline __attribute__((always_inline))
+#else
+#define MIVORA_KERNEL_INLINE inline
+#endif
+
 namespace Mivora::detail {
 
 // Each kernel translation unit is compiled for its own instruction set, so
@@ -17,6 +26,12 @@ namespace Mivora::detail {
 // linker keep whichever instance it met first, possibly one built with
 // instructions the running CPU lacks.
 namespace {
+
+// Which of the six stage sets runs: 0 to 2 second-order sections, with or
+// without the first-order section.
+inline int stageSet(int sections, bool first) noexcept {
+    return (sections <= 0 ? 0 : sections == 1 ? 2 : 4) + (first ? 1 : 0);
+}
 
 inline double mul(double a, double b) noexcept { return a * b; }
 inline double mulAdd(double a, double b, double c) noexcept { return std::fma(a, b, c); }
@@ -33,7 +48,7 @@ struct FirstOrderCoefs {
 
 // y = b0*x + b1*x1 + b2*x2 + a1*y1 + a2*y2, grouped exactly so.
 template <class T>
-T sectionOut(const SectionCoefs<T>& c, T x, T x1, T x2, T y1, T y2) noexcept {
+MIVORA_KERNEL_INLINE T sectionOut(const SectionCoefs<T>& c, T x, T x1, T x2, T y1, T y2) noexcept {
     T y = mul(c.b1, x1);
     y = mulAdd(c.b0, x, y);
     y = mulAdd(c.b2, x2, y);
@@ -43,7 +58,7 @@ T sectionOut(const SectionCoefs<T>& c, T x, T x1, T x2, T y1, T y2) noexcept {
 
 // y = b0*x + b1*x1 + a1*y1, grouped exactly so.
 template <class T>
-T firstOrderOut(const FirstOrderCoefs<T>& c, T x, T x1, T y1) noexcept {
+MIVORA_KERNEL_INLINE T firstOrderOut(const FirstOrderCoefs<T>& c, T x, T x1, T y1) noexcept {
     T y = mul(c.b1, x1);
     y = mulAdd(c.b0, x, y);
     return mulAdd(c.a1, y1, y);

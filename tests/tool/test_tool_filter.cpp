@@ -73,6 +73,11 @@ TEST(ToolFilter, OutputEqualsDoProcessPerChannel) {
          [](IirProcess& f, double fs) { f.setCoefBPFIChev(2, 300, 4000, 0, fs); }},
         {"16bit-to-float", 2, 44100, pcm16, true, {"dc-highpass", "--freq", "30"},
          [](IirProcess& f, double fs) { f.setDcfHPF(30, fs); }},
+        // 5.1, and more channels than one IirChannels holds.
+        {"six-channels", 6, 48000, float32, false, {"highpass", "--order", "4", "--freq", "120"},
+         [](IirProcess& f, double fs) { f.setCoefHPF(4, 120, fs); }},
+        {"eighteen-channels", 18, 48000, float32, false, {"peak", "--freq", "300", "--gain", "-6", "--q", "2"},
+         [](IirProcess& f, double fs) { f.setCoefPDFPQ(300, fs, -6, 2); }},
         // 5 kHz is above this file's fs/2, but fine at the rate given.
         {"fs-override", 1, 8000, float32, false, {"lowpass", "--freq", "5000", "--fs", "48000"},
          [](IirProcess& f, double) { f.setCoefLPF(2, 5000, 48000); }},

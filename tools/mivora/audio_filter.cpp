@@ -5,6 +5,9 @@
 #include "progress_bar.hpp"
 #include "usage_error.hpp"
 
+#include <mivora/IirChannels.h>
+
+#include <algorithm>
 #include <csignal>
 #include <sys/stat.h>
 #include <vector>
@@ -42,6 +45,42 @@ private:
     void (*previousTerm_)(int);
 };
 
+// The file's channels in groups of up to IirChannels::maxChannels, all
+// designed alike; each channel gives the bits of its own IirProcess.
+class ChannelFilters {
+public:
+    ChannelFilters(int channels, const Design& design) : channels_(channels) {
+        for (int c = 0; c < channels; c += Mivora::IirChannels::maxChannels) {
+            groups_.emplace_back(std::min(Mivora::IirChannels::maxChannels, channels - c));
+            groups_.back().forEachChannel([&design](Mivora::IirProcess& f) { design.applyTo(f); });
+        }
+    }
+
+    // Interleaved frames in place.
+    void process(float* interleaved, unsigned int frames) {
+        if (groups_.size() == 1) return groups_[0].processInterleaved(interleaved, interleaved, frames);
+        // More channels than one object holds: each group on planar copies.
+        const auto n = static_cast<std::size_t>(frames), stride = static_cast<std::size_t>(channels_);
+        planar_.resize(n * stride);
+        std::vector<float*> rows;
+        for (std::size_t c = 0; c < stride; ++c) {
+            rows.push_back(planar_.data() + c * n);
+            for (std::size_t i = 0; i < n; ++i) rows[c][i] = interleaved[i * stride + c];
+        }
+        for (std::size_t g = 0; g < groups_.size(); ++g) {
+            float* const* group = rows.data() + g * Mivora::IirChannels::maxChannels;
+            groups_[g].processPlanar(group, group, frames);
+        }
+        for (std::size_t c = 0; c < stride; ++c)
+            for (std::size_t i = 0; i < n; ++i) interleaved[i * stride + c] = rows[c][i];
+    }
+
+private:
+    int channels_;
+    std::vector<Mivora::IirChannels> groups_;
+    std::vector<float> planar_;
+};
+
 bool sameFile(const std::string& a, const std::string& b) {
     struct stat sa{}, sb{};
     return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
@@ -59,8 +98,7 @@ Design filterFile(const FilterJob& job) {
     design.build();  // refuses values whose coefficients are not finite
 
     const int channels = info.channels;
-    std::vector<Mivora::IirProcess> filters(static_cast<std::size_t>(channels));
-    for (Mivora::IirProcess& f : filters) design.applyTo(f);
+    ChannelFilters filters(channels, design);
     AudioWriter writer(job.outPath, outputFormat(info, {job.outPath, job.container, job.asFloat}), channels,
                        info.samplerate);
 
@@ -68,15 +106,9 @@ Design filterFile(const FilterJob& job) {
     ProgressBar progress("filtering " + job.inPath, static_cast<double>(info.frames),
                          job.showProgress && info.frames > kProgressSeconds * info.samplerate);
     std::vector<float> interleaved(static_cast<std::size_t>(kBlockFrames * channels));
-    std::vector<float> channel(static_cast<std::size_t>(kBlockFrames));
     double done = 0.0;
     for (sf_count_t frames; (frames = reader.read(interleaved.data(), kBlockFrames)) > 0;) {
-        const auto n = static_cast<std::size_t>(frames);
-        for (std::size_t c = 0; c < filters.size(); ++c) {
-            for (std::size_t i = 0; i < n; ++i) channel[i] = interleaved[i * filters.size() + c];
-            filters[c].doProcess(channel.data(), channel.data(), static_cast<unsigned>(n));
-            for (std::size_t i = 0; i < n; ++i) interleaved[i * filters.size() + c] = channel[i];
-        }
+        filters.process(interleaved.data(), static_cast<unsigned>(frames));
         writer.write(interleaved.data(), frames);
         done += static_cast<double>(frames);
         progress.update(done);

@@ -1,4 +1,5 @@
-// Filtering a sound file: one IirProcess per channel, block by block.
+// Filtering a sound file: every channel through the same design, block by
+// block, the channels processed together.
 #ifndef MIVORA_TOOL_AUDIO_FILTER_HPP
 #define MIVORA_TOOL_AUDIO_FILTER_HPP
 

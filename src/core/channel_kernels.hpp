@@ -1,0 +1,385 @@
+// Many channels at once, one channel per lane of a lane type L
+// (lanes_*.hpp), written once and compiled once per path
+// (channel_kernels_*.cpp).
+//
+// Each lane runs the very expressions of the single-channel kernels
+// (sectionOut, firstOrderOut of section_kernels.hpp) on its own channel's
+// coefficients and state, sample after sample, so every channel gets the
+// bits a lone IirProcess gives it. What a lane cannot do is branch: a group
+// of lanes runs the union of its channels' stages, and in a lane whose
+// channel lacks a stage the stage's result is discarded by a select (its
+// input passes on unchanged) and its state is never written back. No
+// coefficient can stand in for "no stage": 0 * inf is NaN.
+//
+// One channel's feedback allows one sample per two fused multiply-add
+// latencies; with the channels in lanes that latency is shared by all of
+// them. Channels go in groups of L::width lanes (fewer in the last), each
+// group a pass over the block with its state in registers.
+#ifndef MIVORA_CHANNEL_KERNELS_HPP
+#define MIVORA_CHANNEL_KERNELS_HPP
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "kernel_paths.hpp"
+#include "section_kernels.hpp"
+
+#if defined(__GNUC__)
+#define MIVORA_KERNEL_NOINLINE __attribute__((noinline))
+#else
+#define MIVORA_KERNEL_NOINLINE
+#endif
+
+namespace Mivora::detail {
+namespace {  // internal linkage: see section_kernels.hpp
+
+// The channels of one group: lanes 0..active-1; the lanes above hold zeros
+// and are never written back.
+template <int W>
+struct LaneGroup {
+    const StageView* lane[W];
+    int active;
+};
+
+// Which lanes of a group run a stage.
+template <int W>
+struct LaneRuns {
+    bool run[W];
+};
+
+// N consecutive values of each lane's channel (from: a view to the first of
+// them), as N lane vectors; zeros in the lanes that do not run. One pass
+// over the lanes, copying each channel's values together, costs far less
+// per call than fetching every value through its view.
+template <class L, int N, class From>
+void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from, L (&out)[N]) noexcept {
+    double t[N][L::width];
+    for (int l = 0; l < L::width; ++l) {
+        const double* p = r.run[l] ? from(*g.lane[l]) : nullptr;
+        for (int i = 0; i < N; ++i) t[i][l] = p != nullptr ? p[i] : 0.0;
+    }
+    for (int i = 0; i < N; ++i) out[i] = L::generate([&](int l) { return t[i][l]; });
+}
+
+// The reverse: N lane vectors back to N consecutive values of each running
+// lane's channel (to: a view to the first of them).
+template <class L, int N, class To>
+void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
+    alignas(64) double t[N][L::width];
+    for (int i = 0; i < N; ++i) in[i].store(t[i]);
+    for (int l = 0; l < L::width; ++l)
+        if (r.run[l]) {
+            double* p = to(*g.lane[l]);
+            for (int i = 0; i < N; ++i) p[i] = t[i][l];
+        }
+}
+
+template <class L>
+struct LaneSection {
+    SectionCoefs<L> c;
+    L x1, x2, y1, y2;
+
+    void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
+        L coef[5], state[4];
+        laneValues(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
+        laneValues(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
+        c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
+        x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
+    }
+    void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
+        const L state[4] = {x1, x2, y1, y2};
+        putLaneValues(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
+    }
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
+        const L y = sectionOut(c, x, x1, x2, y1, y2);
+        x2 = x1, x1 = x;
+        y2 = y1, y1 = y;
+        return y;
+    }
+};
+
+template <class L>
+struct LaneFirstOrder {
+    FirstOrderCoefs<L> c;
+    L x1, y1;
+
+    void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
+        L coef[3], state[2];
+        laneValues(g, r, [](const StageView& v) { return v.coef1st; }, coef);
+        laneValues(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
+        c = {coef[0], coef[1], coef[2]};
+        x1 = state[0], y1 = state[1];
+    }
+    void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
+        const L state[2] = {x1, y1};
+        putLaneValues(g, r, state, [](const StageView& v) { return v.delay1st; });
+    }
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
+        const L y = firstOrderOut(c, x, x1, y1);
+        x1 = x, y1 = y;
+        return y;
+    }
+};
+
+// The stages a group runs, in registers for the whole block. Masked: some
+// lane lacks one of them.
+template <class L, int Sections, bool First, bool Masked>
+struct LaneStages {
+    static constexpr int W = L::width;
+    LaneSection<L> s0, s1;
+    LaneFirstOrder<L> f;
+    typename L::Mask m0, m1, mf;
+
+    static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
+        LaneRuns<W> r{};
+        for (int l = 0; l < g.active; ++l) r.run[l] = g.lane[l]->sections > k;
+        return r;
+    }
+    static LaneRuns<W> runsOfFirst(const LaneGroup<W>& g) noexcept {
+        LaneRuns<W> r{};
+        for (int l = 0; l < g.active; ++l) r.run[l] = g.lane[l]->first;
+        return r;
+    }
+
+    // Out of line: inlined, the gathering would crowd the block loop's
+    // register allocation.
+    MIVORA_KERNEL_NOINLINE void load(const LaneGroup<W>& g) noexcept {
+        if constexpr (Sections >= 1) {
+            const LaneRuns<W> r = runsOfSection(g, 0);
+            s0.load(g, r, 0);
+            if constexpr (Masked) m0 = L::mask(r.run);
+        }
+        if constexpr (Sections >= 2) {
+            const LaneRuns<W> r = runsOfSection(g, 1);
+            s1.load(g, r, 1);
+            if constexpr (Masked) m1 = L::mask(r.run);
+        }
+        if constexpr (First) {
+            const LaneRuns<W> r = runsOfFirst(g);
+            f.load(g, r);
+            if constexpr (Masked) mf = L::mask(r.run);
+        }
+    }
+    MIVORA_KERNEL_NOINLINE void store(const LaneGroup<W>& g) const noexcept {
+        if constexpr (Sections >= 1) s0.store(g, runsOfSection(g, 0), 0);
+        if constexpr (Sections >= 2) s1.store(g, runsOfSection(g, 1), 1);
+        if constexpr (First) f.store(g, runsOfFirst(g));
+    }
+
+    // A stage's result where it runs, its input elsewhere.
+    MIVORA_KERNEL_INLINE static L through(const typename L::Mask& m, const L& y, const L& x) noexcept {
+        if constexpr (Masked) return L::select(m, y, x);
+        else return (void)m, (void)x, y;
+    }
+    MIVORA_KERNEL_INLINE L step(L x) noexcept {
+        if constexpr (Sections >= 1) x = through(m0, s0.step(x), x);
+        if constexpr (Sections >= 2) x = through(m1, s1.step(x), x);
+        if constexpr (First) x = through(mf, f.step(x), x);
+        return x;
+    }
+    template <int... j>
+    MIVORA_KERNEL_INLINE void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
+        ((x[j] = step(x[j])), ...);
+    }
+};
+
+// A block through one group: chunks of W frames (a tile of W x W samples),
+// then the rest. IO moves the group's samples between the caller's buffer
+// and frame vectors (lane l: the group's channel l at one frame).
+template <class L, int Sections, bool First, bool Masked, class IO>
+void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+    constexpr int W = L::width;
+    LaneStages<L, Sections, First, Masked> loaded;
+    loaded.load(g);
+    // A copy whose address never leaves this function: the compiler keeps
+    // its every field in a register, where the loaded object, handed to
+    // load and store, would keep feedback state in memory.
+    LaneStages<L, Sections, First, Masked> st = loaded;
+    L x[W];
+    unsigned int n = 0;
+    for (; n + W <= frames; n += W) {
+        io.load(x, n);
+        st.stepAll(x, std::make_integer_sequence<int, W>{});
+        io.store(x, n);
+    }
+    if (n < frames) {
+        const unsigned int k = frames - n;
+        io.loadPart(x, n, k);
+        for (unsigned int j = 0; j < k; ++j) x[j] = st.step(x[j]);
+        io.storePart(x, n, k);
+    }
+    loaded = st;
+    loaded.store(g);
+}
+
+template <class L, int Sections, bool First, class IO>
+void runGroupMaybeMasked(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+    if (masked) runGroup<L, Sections, First, true>(g, io, frames);
+    else runGroup<L, Sections, First, false>(g, io, frames);
+}
+
+// The union of the group's stage sets, masked where a channel lacks a stage.
+template <class L, class IO>
+void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+    int sections = 0;
+    bool first = false;
+    for (int l = 0; l < g.active; ++l) {
+        sections = std::max(sections, g.lane[l]->sections);
+        first = first || g.lane[l]->first;
+    }
+    bool masked = false;
+    for (int l = 0; l < g.active; ++l) masked = masked || g.lane[l]->sections != sections || g.lane[l]->first != first;
+    switch (stageSet(sections, first)) {
+        case 0: runGroup<L, 0, false, false>(g, io, frames); break;
+        case 1: runGroupMaybeMasked<L, 0, true>(masked, g, io, frames); break;
+        case 2: runGroupMaybeMasked<L, 1, false>(masked, g, io, frames); break;
+        case 3: runGroupMaybeMasked<L, 1, true>(masked, g, io, frames); break;
+        case 4: runGroupMaybeMasked<L, 2, false>(masked, g, io, frames); break;
+        default: runGroupMaybeMasked<L, 2, true>(masked, g, io, frames); break;
+    }
+}
+
+// Interleaved frames of `stride` floats; the group's channels start at in,
+// out. Full: all W lanes hold channels (plain loads and stores), else the
+// first `active` (masked ones, touching no other channel's samples).
+template <class L, bool Full>
+struct InterleavedIO {
+    static constexpr int W = L::width;
+    const float* in;
+    float* out;
+    std::size_t stride;
+    int active;
+
+    MIVORA_KERNEL_INLINE L loadFrame(const float* p) const noexcept {
+        if constexpr (Full) return L::loadFloats(p);
+        else return L::loadFloats(p, active);
+    }
+    MIVORA_KERNEL_INLINE void storeFrame(float* p, const L& y) const noexcept {
+        if constexpr (Full) L::storeFloats(p, y);
+        else L::storeFloats(p, y, active);
+    }
+    MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept { loadPart(x, n, W); }
+    MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) const noexcept { storePart(y, n, W); }
+    MIVORA_KERNEL_INLINE void loadPart(L (&x)[W], unsigned int n, unsigned int k) const noexcept {
+        const float* p = in + n * stride;
+        for (unsigned int j = 0; j < k; ++j, p += stride) x[j] = loadFrame(p);
+    }
+    MIVORA_KERNEL_INLINE void storePart(const L (&y)[W], unsigned int n, unsigned int k) const noexcept {
+        float* p = out + n * stride;
+        for (unsigned int j = 0; j < k; ++j, p += stride) storeFrame(p, y[j]);
+    }
+};
+
+// One buffer per channel: in[l], out[l] for the group's lanes l < active.
+// Tiles of W frames of every lane are transposed into frame vectors; lanes
+// without a channel read zeros and write to scratch.
+template <class L>
+struct PlanarIO {
+    static constexpr int W = L::width;
+    const float* const* in;
+    float* const* out;
+    int active;
+    float zeros[W] = {};
+    float scratch[W] = {};
+
+    MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept {
+        const float* rows[W];
+        for (int l = 0; l < W; ++l) rows[l] = l < active ? in[l] + n : zeros;
+        L::loadTile(rows, x);
+    }
+    MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) noexcept {
+        float* rows[W];
+        for (int l = 0; l < W; ++l) rows[l] = l < active ? out[l] + n : scratch;
+        L::storeTile(rows, y);
+    }
+    // The last k < W frames, through a tile of the caller's k and zeros.
+    void loadPart(L (&x)[W], unsigned int n, unsigned int k) const noexcept {
+        float tile[W][W] = {};
+        const float* rows[W];
+        for (int l = 0; l < W; ++l) {
+            if (l < active) std::copy(in[l] + n, in[l] + n + k, tile[l]);
+            rows[l] = tile[l];
+        }
+        L::loadTile(rows, x);
+    }
+    void storePart(const L (&y)[W], unsigned int n, unsigned int k) const noexcept {
+        float tile[W][W];
+        float* rows[W];
+        for (int l = 0; l < W; ++l) rows[l] = tile[l];
+        L::storeTile(rows, y);
+        for (int l = 0; l < active; ++l) std::copy(tile[l], tile[l] + k, out[l] + n);
+    }
+};
+
+template <int W>
+LaneGroup<W> laneGroup(const StageView* ch, int active) noexcept {
+    LaneGroup<W> g{};
+    for (int l = 0; l < active; ++l) g.lane[l] = ch + l;
+    g.active = active;
+    return g;
+}
+
+// (out is written through the IO object, which the check does not follow.)
+template <class L>
+void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in,
+                      float* out,  // NOLINT(readability-non-const-parameter)
+                      unsigned int frames) noexcept {
+    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    const std::size_t stride = static_cast<std::size_t>(channels);
+    if (active == L::width) {
+        InterleavedIO<L, true> io{in + firstChannel, out + firstChannel, stride, active};
+        runGroupStages<L>(g, io, frames);
+    } else {
+        InterleavedIO<L, false> io{in + firstChannel, out + firstChannel, stride, active};
+        runGroupStages<L>(g, io, frames);
+    }
+}
+
+template <class L>
+void planarGroup(const StageView* ch, int firstChannel, int active, const float* const* in, float* const* out,
+                 unsigned int frames) noexcept {
+    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    PlanarIO<L> io{in + firstChannel, out + firstChannel, active};
+    runGroupStages<L>(g, io, frames);
+}
+
+// The channels in groups, each of the narrowest lane type that holds what
+// is left, or of the widest while more is left than the next one holds: few
+// channels do not pay for a wide register's work. Lanes: widest first.
+template <class Wide, class... Narrower>
+struct LaneTypes {
+    template <class Group>
+    static void forEachGroup(int firstChannel, int channels, Group& group) noexcept {
+        for (int c = firstChannel; c < channels;) {
+            const int left = channels - c;
+            if constexpr (sizeof...(Narrower) > 0) {
+                if (left <= LaneTypes<Narrower...>::widest) return LaneTypes<Narrower...>::forEachGroup(c, channels, group);
+            }
+            const int active = std::min(left, Wide::width);
+            group(Wide{}, c, active);
+            c += active;
+        }
+    }
+    static constexpr int widest = Wide::width;
+};
+
+template <class... Lanes>
+void runInterleaved(const StageView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
+    auto group = [&](auto lanes, int c, int active) {
+        interleavedGroup<decltype(lanes)>(ch, c, active, channels, in, out, frames);
+    };
+    LaneTypes<Lanes...>::forEachGroup(0, channels, group);
+}
+
+template <class... Lanes>
+void runPlanar(const StageView* ch, int channels, const float* const* in, float* const* out,
+               unsigned int frames) noexcept {
+    auto group = [&](auto lanes, int c, int active) { planarGroup<decltype(lanes)>(ch, c, active, in, out, frames); };
+    LaneTypes<Lanes...>::forEachGroup(0, channels, group);
+}
+
+}  // namespace
+}  // namespace Mivora::detail
+
+#endif

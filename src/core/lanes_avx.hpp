@@ -1,0 +1,197 @@
+// Channel lanes for x86-64 with AVX and FMA3: two lanes in a 128-bit
+// register, four in a 256-bit one, and eight in two (the wide group of the
+// AVX2 build).
+// Interface: lanes_portable.hpp. Only translation units built for FMA3 (and
+// AVX2) include this.
+#ifndef MIVORA_LANES_AVX_HPP
+#define MIVORA_LANES_AVX_HPP
+
+#if !defined(__FMA__) || !defined(__AVX__)
+#error "lanes_avx.hpp needs a translation unit compiled for AVX and FMA3"
+#endif
+
+#include <immintrin.h>
+
+namespace Mivora::detail {
+namespace {  // internal linkage: see section_kernels.hpp
+
+// The rounded product as a fused multiply-add of -0.0: the same bits in
+// every case (adding -0.0 changes no value, zeros' signs included), without
+// the packed multiply's slowdown on subnormal operands (lane_pair_x86.hpp).
+inline __m256d productOf(__m256d a, __m256d b) noexcept { return _mm256_fmadd_pd(a, b, _mm256_set1_pd(-0.0)); }
+
+// Lane l of the result is all ones when l < active (active in [0, 8]).
+inline __m256i firstLanes8(int active) noexcept {
+    return _mm256_cmpgt_epi32(_mm256_set1_epi32(active), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+}
+inline __m128i firstLanes4(int active) noexcept {
+    return _mm_cmpgt_epi32(_mm_set1_epi32(active), _mm_setr_epi32(0, 1, 2, 3));
+}
+
+// Rows of eight floats transposed in place: r[i][j] becomes r[j][i].
+inline void transpose8(__m256 (&r)[8]) noexcept {
+    const __m256 t0 = _mm256_unpacklo_ps(r[0], r[1]), t1 = _mm256_unpackhi_ps(r[0], r[1]);
+    const __m256 t2 = _mm256_unpacklo_ps(r[2], r[3]), t3 = _mm256_unpackhi_ps(r[2], r[3]);
+    const __m256 t4 = _mm256_unpacklo_ps(r[4], r[5]), t5 = _mm256_unpackhi_ps(r[4], r[5]);
+    const __m256 t6 = _mm256_unpacklo_ps(r[6], r[7]), t7 = _mm256_unpackhi_ps(r[6], r[7]);
+    const __m256 u0 = _mm256_shuffle_ps(t0, t2, 0x44), u1 = _mm256_shuffle_ps(t0, t2, 0xEE);
+    const __m256 u2 = _mm256_shuffle_ps(t1, t3, 0x44), u3 = _mm256_shuffle_ps(t1, t3, 0xEE);
+    const __m256 u4 = _mm256_shuffle_ps(t4, t6, 0x44), u5 = _mm256_shuffle_ps(t4, t6, 0xEE);
+    const __m256 u6 = _mm256_shuffle_ps(t5, t7, 0x44), u7 = _mm256_shuffle_ps(t5, t7, 0xEE);
+    r[0] = _mm256_permute2f128_ps(u0, u4, 0x20);
+    r[1] = _mm256_permute2f128_ps(u1, u5, 0x20);
+    r[2] = _mm256_permute2f128_ps(u2, u6, 0x20);
+    r[3] = _mm256_permute2f128_ps(u3, u7, 0x20);
+    r[4] = _mm256_permute2f128_ps(u0, u4, 0x31);
+    r[5] = _mm256_permute2f128_ps(u1, u5, 0x31);
+    r[6] = _mm256_permute2f128_ps(u2, u6, 0x31);
+    r[7] = _mm256_permute2f128_ps(u3, u7, 0x31);
+}
+
+struct Xmm2 {
+    static constexpr int width = 2;
+    using Mask = __m128d;
+    __m128d v;
+
+    static Mask mask(const bool* run) noexcept {
+        return _mm_castsi128_pd(_mm_set_epi64x(-static_cast<long long>(run[1]), -static_cast<long long>(run[0])));
+    }
+    static Xmm2 select(Mask m, Xmm2 a, Xmm2 b) noexcept { return {_mm_blendv_pd(b.v, a.v, m)}; }
+    template <class F>
+    static Xmm2 generate(F f) noexcept { return {_mm_set_pd(f(1), f(0))}; }
+    void store(double* p) const noexcept { _mm_storeu_pd(p, v); }
+
+    // Two floats in one 64-bit load (aliasing-safe), or one (active is 1).
+    static Xmm2 loadFloats(const float* p) noexcept {
+        return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))))};
+    }
+    static Xmm2 loadFloats(const float* p, int) noexcept { return {_mm_cvtps_pd(_mm_load_ss(p))}; }
+    static void storeFloats(float* p, Xmm2 x) noexcept {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(_mm_cvtpd_ps(x.v)));
+    }
+    static void storeFloats(float* p, Xmm2 x, int) noexcept { _mm_store_ss(p, _mm_cvtpd_ps(x.v)); }
+    static void loadTile(const float* const* rows, Xmm2 (&frames)[2]) noexcept {
+        // (a0 b0 a1 b1): frame 0 in the low half, frame 1 in the high one.
+        const __m128 t = _mm_unpacklo_ps(loadFloatsRaw(rows[0]), loadFloatsRaw(rows[1]));
+        frames[0].v = _mm_cvtps_pd(t);
+        frames[1].v = _mm_cvtps_pd(_mm_movehl_ps(t, t));
+    }
+    static void storeTile(float* const* rows, const Xmm2 (&frames)[2]) noexcept {
+        // (a0 a1 b0 b1): row 0 in the low half, row 1 in the high one.
+        const __m128 t = _mm_unpacklo_ps(_mm_cvtpd_ps(frames[0].v), _mm_cvtpd_ps(frames[1].v));
+        _mm_storel_pi(reinterpret_cast<__m64*>(rows[0]), t);
+        _mm_storeh_pi(reinterpret_cast<__m64*>(rows[1]), t);
+    }
+
+private:
+    static __m128 loadFloatsRaw(const float* p) noexcept {
+        return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    }
+};
+
+inline Xmm2 mul(Xmm2 a, Xmm2 b) noexcept { return {_mm_fmadd_pd(a.v, b.v, _mm_set1_pd(-0.0))}; }
+inline Xmm2 mulAdd(Xmm2 a, Xmm2 b, Xmm2 c) noexcept { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
+
+struct Ymm4 {
+    static constexpr int width = 4;
+    using Mask = __m256d;
+    __m256d v;
+
+    static Mask mask(const bool* run) noexcept {
+        return _mm256_castsi256_pd(_mm256_setr_epi64x(-static_cast<long long>(run[0]), -static_cast<long long>(run[1]),
+                                                      -static_cast<long long>(run[2]), -static_cast<long long>(run[3])));
+    }
+    static Ymm4 select(Mask m, Ymm4 a, Ymm4 b) noexcept { return {_mm256_blendv_pd(b.v, a.v, m)}; }
+    template <class F>
+    static Ymm4 generate(F f) noexcept { return {_mm256_set_pd(f(3), f(2), f(1), f(0))}; }
+    void store(double* p) const noexcept { _mm256_storeu_pd(p, v); }
+
+    static Ymm4 loadFloats(const float* p) noexcept { return {_mm256_cvtps_pd(_mm_loadu_ps(p))}; }
+    static Ymm4 loadFloats(const float* p, int active) noexcept {
+        return {_mm256_cvtps_pd(_mm_maskload_ps(p, firstLanes4(active)))};
+    }
+    static void storeFloats(float* p, Ymm4 x) noexcept { _mm_storeu_ps(p, _mm256_cvtpd_ps(x.v)); }
+    static void storeFloats(float* p, Ymm4 x, int active) noexcept {
+        _mm_maskstore_ps(p, firstLanes4(active), _mm256_cvtpd_ps(x.v));
+    }
+    static void loadTile(const float* const* rows, Ymm4 (&frames)[4]) noexcept {
+        __m128 r0 = _mm_loadu_ps(rows[0]), r1 = _mm_loadu_ps(rows[1]);
+        __m128 r2 = _mm_loadu_ps(rows[2]), r3 = _mm_loadu_ps(rows[3]);
+        _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+        frames[0].v = _mm256_cvtps_pd(r0);
+        frames[1].v = _mm256_cvtps_pd(r1);
+        frames[2].v = _mm256_cvtps_pd(r2);
+        frames[3].v = _mm256_cvtps_pd(r3);
+    }
+    static void storeTile(float* const* rows, const Ymm4 (&frames)[4]) noexcept {
+        __m128 r0 = _mm256_cvtpd_ps(frames[0].v), r1 = _mm256_cvtpd_ps(frames[1].v);
+        __m128 r2 = _mm256_cvtpd_ps(frames[2].v), r3 = _mm256_cvtpd_ps(frames[3].v);
+        _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+        _mm_storeu_ps(rows[0], r0);
+        _mm_storeu_ps(rows[1], r1);
+        _mm_storeu_ps(rows[2], r2);
+        _mm_storeu_ps(rows[3], r3);
+    }
+};
+
+inline Ymm4 mul(Ymm4 a, Ymm4 b) noexcept { return {productOf(a.v, b.v)}; }
+inline Ymm4 mulAdd(Ymm4 a, Ymm4 b, Ymm4 c) noexcept { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
+
+// Eight lanes in two registers: lanes 0-3 in lo, 4-7 in hi.
+struct Ymm8 {
+    static constexpr int width = 8;
+    struct Mask {
+        __m256d lo, hi;
+    };
+    __m256d lo, hi;
+
+    static Mask mask(const bool* run) noexcept { return {Ymm4::mask(run), Ymm4::mask(run + 4)}; }
+    static Ymm8 select(const Mask& m, Ymm8 a, Ymm8 b) noexcept {
+        return {_mm256_blendv_pd(b.lo, a.lo, m.lo), _mm256_blendv_pd(b.hi, a.hi, m.hi)};
+    }
+    template <class F>
+    static Ymm8 generate(F f) noexcept {
+        return {Ymm4::generate(f).v, Ymm4::generate([&f](int l) { return f(l + 4); }).v};
+    }
+    void store(double* p) const noexcept {
+        _mm256_storeu_pd(p, lo);
+        _mm256_storeu_pd(p + 4, hi);
+    }
+
+    static Ymm8 widen(__m256 f) noexcept {
+        return {_mm256_cvtps_pd(_mm256_castps256_ps128(f)), _mm256_cvtps_pd(_mm256_extractf128_ps(f, 1))};
+    }
+    static __m256 narrow(Ymm8 x) noexcept {
+        return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm256_cvtpd_ps(x.lo)), _mm256_cvtpd_ps(x.hi), 1);
+    }
+    static Ymm8 loadFloats(const float* p) noexcept { return widen(_mm256_loadu_ps(p)); }
+    static Ymm8 loadFloats(const float* p, int active) noexcept {
+        return widen(_mm256_maskload_ps(p, firstLanes8(active)));
+    }
+    static void storeFloats(float* p, Ymm8 x) noexcept { _mm256_storeu_ps(p, narrow(x)); }
+    static void storeFloats(float* p, Ymm8 x, int active) noexcept {
+        _mm256_maskstore_ps(p, firstLanes8(active), narrow(x));
+    }
+    static void loadTile(const float* const* rows, Ymm8 (&frames)[8]) noexcept {
+        __m256 r[8];
+        for (int l = 0; l < 8; ++l) r[l] = _mm256_loadu_ps(rows[l]);
+        transpose8(r);
+        for (int f = 0; f < 8; ++f) frames[f] = widen(r[f]);
+    }
+    static void storeTile(float* const* rows, const Ymm8 (&frames)[8]) noexcept {
+        __m256 r[8];
+        for (int f = 0; f < 8; ++f) r[f] = narrow(frames[f]);
+        transpose8(r);
+        for (int l = 0; l < 8; ++l) _mm256_storeu_ps(rows[l], r[l]);
+    }
+};
+
+inline Ymm8 mul(Ymm8 a, Ymm8 b) noexcept { return {productOf(a.lo, b.lo), productOf(a.hi, b.hi)}; }
+inline Ymm8 mulAdd(Ymm8 a, Ymm8 b, Ymm8 c) noexcept {
+    return {_mm256_fmadd_pd(a.lo, b.lo, c.lo), _mm256_fmadd_pd(a.hi, b.hi, c.hi)};
+}
+
+}  // namespace
+}  // namespace Mivora::detail
+
+#endif

@@ -1,0 +1,192 @@
+// Channels processed together against each channel's filter processed alone:
+// for random designs and raw coefficients of every order, random channel
+// counts, random block cuts, both buffer layouts, in place and not, with
+// signed zeros, subnormals, overflow, infinities and NaN in the input, on
+// every build of the channel kernels this machine runs and through the
+// public class, channel c's output and final state must equal those of a
+// lone IirProcess, bit for bit (any NaN matching any NaN).
+#include <gtest/gtest.h>
+#include <mivora/IirChannels.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <random>
+
+#include "channel_paths.hpp"
+#include "plain_filter.hpp"
+#include "test_support.hpp"
+
+using namespace mivora_test;
+using Mivora::IirChannels;
+using Mivora::detail::ChannelPath;
+
+namespace {
+
+using Rng = std::mt19937;
+
+double uniform(Rng& rng, double lo, double hi) { return std::uniform_real_distribution<double>(lo, hi)(rng); }
+int pick(Rng& rng, int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); }
+
+// A filter designed through the public operations, or holding raw stable
+// sections at any order (-5..5) scaled towards overflow or subnormals.
+IirProcess randomFilter(Rng& rng) {
+    const double fs = 48000.0, f = uniform(rng, 20.0, 20000.0), g = uniform(rng, -24.0, 24.0);
+    const int n = pick(rng, 1, 5), p = pick(rng, 1, 2);
+    IirProcess out;
+    switch (pick(rng, 0, 7)) {
+        case 0: out.setCoefPDFPQ(f, fs, g, uniform(rng, 0.3, 8.0)); break;
+        case 1: out.setCoefHPF(n, f, fs); break;
+        case 2: out.setCoefLPFChev(n, f, uniform(rng, 0.1, 3.0), fs); break;
+        case 3: out.setCoefHPFIChev(n, f, uniform(rng, 0.0, 500.0), fs); break;
+        case 4: out.setCoefBEF(p, f / 2, f, fs); break;
+        case 5: out.setCoefLOWS_2A(f, g, fs); break;
+        case 6: out.setDcfHPF(f, fs); break;
+        default: {
+            std::array<double, 13> c{};
+            const double scale = std::array<double, 3>{1.0, 1e30, 1e-300}[pick(rng, 0, 2)];
+            for (int k = 0; k < 2; ++k) {
+                const double r = uniform(rng, 0.2, 0.999), theta = uniform(rng, 0.0, kPi);
+                const double s[5] = {uniform(rng, -2, 2), uniform(rng, -2, 2), uniform(rng, -2, 2),
+                                     2 * r * std::cos(theta), -r * r};
+                for (int i = 0; i < 5; ++i) c[5 * k + i] = scale * s[i];
+            }
+            c[10] = scale * uniform(rng, -2, 2), c[11] = scale * uniform(rng, -2, 2), c[12] = uniform(rng, -0.99, 0.99);
+            out = holding(pick(rng, -5, 5), c);
+        }
+    }
+    // A state of its own: some noise through it.
+    std::vector<float> warm = noise(static_cast<std::size_t>(pick(rng, 0, 40)), static_cast<unsigned>(rng()));
+    out.doProcess(warm.data(), warm.data(), static_cast<unsigned>(warm.size()));
+    return out;
+}
+
+std::vector<float> randomInput(Rng& rng, std::size_t n) {
+    const float specials[] = {0.0f, -0.0f, std::numeric_limits<float>::denorm_min(), -1e-40f,
+                              std::numeric_limits<float>::max(), -std::numeric_limits<float>::infinity(),
+                              std::numeric_limits<float>::infinity(), std::nanf("")};
+    std::vector<float> v = noise(n, static_cast<unsigned>(rng()));
+    for (float& x : v)
+        if (pick(rng, 0, 199) == 0) x = specials[pick(rng, 0, 7)];
+    return v;
+}
+
+// Block sizes summing to total: single frames, odd sizes, long runs.
+std::vector<unsigned> randomCuts(Rng& rng, unsigned total) {
+    std::vector<unsigned> cuts;
+    for (unsigned left = total; left > 0;) {
+        const unsigned n = std::min(left, static_cast<unsigned>(pick(rng, 0, 2) == 0 ? pick(rng, 1, 9) : pick(rng, 1, 300)));
+        cuts.push_back(n);
+        left -= n;
+    }
+    return cuts;
+}
+
+bool sameBits(double a, double b) { return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0; }
+
+// Runs channels of planar buffers through `frames` frames: one way of
+// processing under test, in one layout.
+using Runner = std::function<void(std::vector<PlainFilter>&, std::vector<std::vector<float>>&, unsigned, unsigned)>;
+
+std::vector<Mivora::detail::StageView> views(std::vector<PlainFilter>& fs) {
+    std::vector<Mivora::detail::StageView> v;
+    for (PlainFilter& f : fs) v.push_back({f.delay, f.coef, f.delay1st, f.coef1st, f.sections, f.first});
+    return v;
+}
+
+// Planar or interleaved, in place or into a separate buffer, of the block
+// [at, at + n) of buffers `io`, through `run(in, out)` on the chosen layout.
+void throughLayout(bool interleaved, bool inPlace, std::vector<std::vector<float>>& io, unsigned at, unsigned n,
+                   const std::function<void(const float*, float*)>& runInterleaved,
+                   const std::function<void(const float* const*, float* const*)>& runPlanar) {
+    const std::size_t channels = io.size();
+    if (interleaved) {
+        std::vector<float> in(n * channels), out(n * channels, -7.0f);
+        for (std::size_t c = 0; c < channels; ++c)
+            for (unsigned i = 0; i < n; ++i) in[i * channels + c] = io[c][at + i];
+        std::vector<float>& dst = inPlace ? in : out;
+        runInterleaved(in.data(), dst.data());
+        for (std::size_t c = 0; c < channels; ++c)
+            for (unsigned i = 0; i < n; ++i) io[c][at + i] = dst[i * channels + c];
+    } else {
+        std::vector<std::vector<float>> out(channels, std::vector<float>(n, -7.0f));
+        std::vector<const float*> in;
+        std::vector<float*> dst;
+        for (std::size_t c = 0; c < channels; ++c) {
+            in.push_back(io[c].data() + at);
+            dst.push_back(inPlace ? io[c].data() + at : out[c].data());
+        }
+        runPlanar(in.data(), dst.data());
+        if (!inPlace)
+            for (std::size_t c = 0; c < channels; ++c) std::copy(out[c].begin(), out[c].end(), io[c].begin() + at);
+    }
+}
+
+TEST(Channels, EveryChannelMatchesALoneFilterBitForBit) {
+    Rng rng(20261123);
+    std::vector<ChannelPath> paths;
+    for (ChannelPath p : Mivora::detail::allChannelPaths)
+        if (Mivora::detail::channelPathAvailable(p)) paths.push_back(p);
+    ASSERT_FALSE(paths.empty());
+
+    for (int trial = 0; trial < 60; ++trial) {
+        const int channels = trial < 16 ? trial + 1 : pick(rng, 1, IirChannels::maxChannels);
+        const unsigned frames = static_cast<unsigned>(pick(rng, 1, 700));
+        std::vector<IirProcess> lone;
+        for (int c = 0; c < channels; ++c) lone.push_back(randomFilter(rng));
+        std::vector<std::vector<float>> input;
+        for (int c = 0; c < channels; ++c) input.push_back(randomInput(rng, frames));
+        const std::vector<unsigned> cuts = randomCuts(rng, frames);
+
+        // Each channel alone, in the same blocks.
+        std::vector<std::vector<float>> want = input;
+        std::vector<IirProcess> alone = lone;
+        for (int c = 0; c < channels; ++c)
+            for (unsigned at = 0, k = 0; k < cuts.size(); at += cuts[k++])
+                alone[c].doProcess(want[c].data() + at, want[c].data() + at, cuts[k]);
+
+        // Every kernel path forced, then the public class (its own path
+        // choice, and one channel's shortcut), each in both layouts.
+        for (std::size_t way = 0; way <= paths.size(); ++way)
+            for (int layout = 0; layout < 4; ++layout) {
+                const bool interleaved = layout & 1, inPlace = layout & 2;
+                SCOPED_TRACE(::testing::Message() << "trial " << trial << ", " << channels << " channels, "
+                                                  << (way < paths.size() ? "path " : "IirChannels ")
+                                                  << (way < paths.size() ? static_cast<int>(paths[way]) : 0)
+                                                  << (interleaved ? ", interleaved" : ", planar")
+                                                  << (inPlace ? ", in place" : ""));
+                std::vector<std::vector<float>> got = input;
+                IirChannels together(channels);
+                for (int c = 0; c < channels; ++c) together.channel(c) = lone[c];
+                std::vector<PlainFilter> plain;
+                for (const IirProcess& f : lone) plain.push_back(plainCopy(f));
+                std::vector<Mivora::detail::StageView> v = views(plain);
+                for (unsigned at = 0, k = 0; k < cuts.size(); at += cuts[k++]) {
+                    const unsigned n = cuts[k];
+                    if (way < paths.size())
+                        throughLayout(interleaved, inPlace, got, at, n,
+                            [&](const float* in, float* out) { Mivora::detail::processInterleaved(paths[way], v.data(), channels, in, out, n); },
+                            [&](const float* const* in, float* const* out) { Mivora::detail::processPlanar(paths[way], v.data(), channels, in, out, n); });
+                    else
+                        throughLayout(interleaved, inPlace, got, at, n,
+                            [&](const float* in, float* out) { together.processInterleaved(in, out, n); },
+                            [&](const float* const* in, float* const* out) { together.processPlanar(in, out, n); });
+                }
+                for (int c = 0; c < channels; ++c) {
+                    const std::vector<double> state =
+                        way < paths.size() ? plain[c].stateValues() : mivora_test::state(together.channel(c));
+                    const std::vector<double> wantState = mivora_test::state(alone[c]);
+                    for (std::size_t i = 0; i < state.size(); ++i)
+                        ASSERT_TRUE(sameBits(state[i], wantState[i])) << "channel " << c << " state " << i;
+                    for (unsigned i = 0; i < frames; ++i)
+                        ASSERT_TRUE(sameBits(got[c][i], want[c][i]))
+                            << "channel " << c << " frame " << i << ": " << got[c][i] << " vs " << want[c][i];
+                }
+            }
+    }
+}
+
+}  // namespace
