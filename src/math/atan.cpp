@@ -37,7 +37,7 @@ double atan(double x) noexcept {
         v = dd::add(kHalfPi, dd::neg(trig::atanUnit(u)));
     }
     double out = 0.0;
-    if (trig::roundsSafely(v, trig::kAtanError, out)) return std::copysign(out, x);
+    if (dd::roundsUnambiguously(v, trig::kAtanError, &out)) return std::copysign(out, x);
     return trig::slowAtan2(x, 1.0);
 }
 
@@ -72,7 +72,7 @@ double atan2(double y, double x) noexcept {
     if (swap) v = dd::add(kHalfPi, dd::neg(v));
     if (negX) v = dd::add(kPiDD, dd::neg(v));
     double out = 0.0;
-    if (trig::roundsSafely(v, trig::kAtanError, out)) return std::copysign(out, y);
+    if (dd::roundsUnambiguously(v, trig::kAtanError, &out)) return std::copysign(out, y);
     return trig::slowAtan2(y, x);
 }
 

@@ -112,6 +112,21 @@ inline DD recip(DD b) noexcept { return div(DD{1.0, 0.0}, b); }
 // Multiplication by a power of two, exact barring underflow/overflow.
 inline DD scale(DD a, double twoPow) noexcept { return {a.hi * twoPow, a.lo * twoPow}; }
 
+// Rounding test: v approximates y with |v - y| < bound * |v.hi|, and
+// relErr is at least twice that bound, so that rounding lo +- the margin
+// (an error near 2^-106 |v.hi|) cannot shrink it below the bound. When
+// both ends of the interval round to the same double, that double is the
+// rounding of y (rounding is monotonic); *out receives it and the test
+// passes. Results must be normal (no underflow) for the test to hold.
+inline bool roundsUnambiguously(DD v, double relErr, double* out) noexcept {
+    const double e = relErr * (v.hi < 0 ? -v.hi : v.hi);
+    const double a = v.hi + (v.lo - e);
+    const double b = v.hi + (v.lo + e);
+    if (a != b) return false;
+    *out = a;
+    return true;
+}
+
 }  // namespace Mivora::math::dd
 
 #endif

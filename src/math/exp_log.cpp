@@ -31,7 +31,7 @@ constexpr double kExpRoundsToOne = 0x1p-54;
 constexpr double kExp10RoundsToOne = 0x1p-56;
 
 bool roundExp(const ExpParts& p, double* out) noexcept {
-    if (!detail::roundsUnambiguously(p.v, kExpMargin, out)) return false;
+    if (!dd::roundsUnambiguously(p.v, kExpMargin, out)) return false;
     *out = detail::scaleNormal(*out, p.n);
     return true;
 }
@@ -90,7 +90,7 @@ double log(double x) noexcept {
     int e = 0;
     double m = 1.0;
     if (logSpecial(x, &r, &e, &m)) return r;
-    if (detail::roundsUnambiguously(detail::logCore(e, m), kLogMargin, &r)) return r;
+    if (dd::roundsUnambiguously(detail::logCore(e, m), kLogMargin, &r)) return r;
     return wide::toDouble(detail::wideLog(x));
 }
 
@@ -102,7 +102,7 @@ double log10(double x) noexcept {
     // Powers of ten up to 10^22 are exact doubles and give exact integers;
     // the rounding test decides them like any other argument.
     const dd::DD v = dd::mul(detail::logCore(e, m), tables::kInvLn10);
-    if (detail::roundsUnambiguously(v, kLogMargin, &r)) return r;
+    if (dd::roundsUnambiguously(v, kLogMargin, &r)) return r;
     return wide::toDouble(wide::mul(detail::wideLog(x), tables::kWideInvLn10));
 }
 

@@ -45,21 +45,6 @@ inline double scaleNormal(double x, int n) noexcept {
     return x * twoPow(n);
 }
 
-// Rounding test: v approximates y with |v - y| < bound * |v.hi|, and
-// relErr is at least twice that bound, so that rounding lo +- the margin
-// (an error near 2^-106 |v.hi|) cannot shrink it below the bound. When
-// both ends of the interval round to the same double, that double is the
-// rounding of y (rounding is monotonic); *out receives it and the test
-// passes. Results must be normal (no underflow) for the test to hold.
-inline bool roundsUnambiguously(dd::DD v, double relErr, double* out) noexcept {
-    const double e = relErr * (v.hi < 0 ? -v.hi : v.hi);
-    const double a = v.hi + (v.lo - e);
-    const double b = v.hi + (v.lo + e);
-    if (a != b) return false;
-    *out = a;
-    return true;
-}
-
 // e^(xh + xl) = 2^n * v, v.hi in about [0.7, 1.5].
 struct ExpParts {
     dd::DD v;

@@ -21,7 +21,7 @@ constexpr double kOneSided = 40.0;
 // e^ax / 2 for ax >= kOneSided: relative error 2^-68.2 (expCore) + 2^-115.
 bool oneSided(double ax, double* out) noexcept {
     const detail::ExpParts p = detail::expCore(ax, 0.0);
-    if (!detail::roundsUnambiguously(p.v, 0x1p-67, out)) return false;
+    if (!dd::roundsUnambiguously(p.v, 0x1p-67, out)) return false;
     *out = detail::scaleNormal(*out, p.n - 1);
     return true;
 }
@@ -73,7 +73,7 @@ double cosh(double x) noexcept {
         if (oneSided(ax, &r)) return r;
     } else {
         // Relative error below 2^-68.2 + 2^-100: margin 2^-67.
-        if (detail::roundsUnambiguously(dd::scale(twoSided(ax, false), 0.5), 0x1p-67, &r)) return r;
+        if (dd::roundsUnambiguously(dd::scale(twoSided(ax, false), 0.5), 0x1p-67, &r)) return r;
     }
     return detail::hyperbolicAccurate(ax, false);
 }
@@ -89,9 +89,9 @@ double sinh(double x) noexcept {
         done = oneSided(ax, &r);
     } else if (ax >= 0.5) {
         // 2.17 * 2^-68.2 plus the double-double steps: margin 2^-66.
-        done = detail::roundsUnambiguously(dd::scale(twoSided(ax, true), 0.5), 0x1p-66, &r);
+        done = dd::roundsUnambiguously(dd::scale(twoSided(ax, true), 0.5), 0x1p-66, &r);
     } else {
-        done = detail::roundsUnambiguously(sinhSeries(ax), 0x1p-72, &r);
+        done = dd::roundsUnambiguously(sinhSeries(ax), 0x1p-72, &r);
     }
     if (!done) r = detail::hyperbolicAccurate(ax, true);
     return x < 0 ? -r : r;

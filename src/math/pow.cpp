@@ -129,7 +129,7 @@ double positivePow(double x, double y) noexcept {
     if (t.hi >= -708.3) {              // normal result: fast path
         const detail::ExpParts p = detail::expCore(t.hi, t.lo);
         double r = 0.0;
-        if (detail::roundsUnambiguously(p.v, fastMargin(t.hi), &r)) return detail::scaleNormal(r, p.n);
+        if (dd::roundsUnambiguously(p.v, fastMargin(t.hi), &r)) return detail::scaleNormal(r, p.n);
     }
     // Exact results and midpoints: no precision decides those.
     wide::Wide exact;

@@ -57,7 +57,7 @@ double sin(double x) noexcept {
     if (ax < 0x1p-26) return x;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, true, false, p) && trig::roundsSafely(negIf(sinOf(p), x < 0), trig::kSinCosError, out)) return out;
+    if (fastParts(ax, true, false, p) && dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
 
@@ -68,7 +68,7 @@ double cos(double x) noexcept {
     if (ax < 0x1p-27) return 1.0;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, false, true, p) && trig::roundsSafely(cosOf(p), trig::kSinCosError, out)) return out;
+    if (fastParts(ax, false, true, p) && dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
 
@@ -79,9 +79,9 @@ SinCos sincos(double x) noexcept {
     Parts p{};
     SinCos out{};
     if (fastParts(ax, true, true, p)) {
-        const bool sinOk = ax < 0x1p-26 || trig::roundsSafely(negIf(sinOf(p), x < 0), trig::kSinCosError, out.sin);
+        const bool sinOk = ax < 0x1p-26 || dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out.sin);
         if (ax < 0x1p-26) out.sin = x;
-        const bool cosOk = trig::roundsSafely(cosOf(p), trig::kSinCosError, out.cos);
+        const bool cosOk = dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out.cos);
         if (!sinOk) out.sin = trig::slowTrig(x, trig::TrigKind::Sin);
         if (!cosOk) out.cos = trig::slowTrig(x, trig::TrigKind::Cos);
         return out;
@@ -101,7 +101,7 @@ double tan(double x) noexcept {
         const bool odd = (p.quadrant & 1) != 0;
         DD t = odd ? trig::quotient(p.c, p.s) : trig::quotient(p.s, p.c);
         if (odd) t = dd::neg(t);
-        if (trig::roundsSafely(negIf(t, x < 0), trig::kTanError, out)) return out;
+        if (dd::roundsUnambiguously(negIf(t, x < 0), trig::kTanError, &out)) return out;
     }
     return trig::slowTrig(x, trig::TrigKind::Tan);
 }

@@ -1,6 +1,5 @@
-// Steps shared by the trigonometric fast paths: the rounding test of a
-// double-double result, the exact remainder of a division, and the nearest
-// table step.
+// Steps shared by the trigonometric fast paths: the exact remainder of a
+// division and the nearest table step.
 #ifndef MIVORA_TRIG_ROUNDING_HPP
 #define MIVORA_TRIG_ROUNDING_HPP
 
@@ -11,19 +10,6 @@
 namespace Mivora::math::trig {
 
 using dd::DD;
-
-// Rounds v = x.hi + x.lo when every value within relError * |v| of it rounds
-// to the same double (the true value lies there): the two bounds go through
-// the same rounding, which is monotonic. relError includes a margin of 2^-100
-// for the rounding of lo +- err (|lo| <= ulp(hi)/2).
-inline bool roundsSafely(DD x, double relError, double& out) noexcept {
-    const double err = relError * std::fabs(x.hi);
-    const double down = x.hi + (x.lo - err);
-    const double up = x.hi + (x.lo + err);
-    if (down != up) return false;
-    out = down;
-    return true;
-}
 
 // n - q d exactly, for q = n / d rounded (barring underflow): the remainder
 // of a correctly rounded quotient is representable, and n - p.hi is exact by

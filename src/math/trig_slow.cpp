@@ -8,14 +8,16 @@
 namespace Mivora::math::trig {
 namespace {
 
-// Taylor series of sin and cos for 0 <= r <= pi/4, summed until the terms
-// vanish below 2^-320. The terms shrink (z / ((2n)(2n+1)) < 1), so each
-// carries at most a few units of truncation: under 2^-312 in all.
-Fixed sinSeries(const Fixed& r) noexcept {
+// Taylor series of sin (first = r, k = 1) and cos (first = 1, k = 0) for
+// 0 <= r <= pi/4: term n is term n-1 times r^2 / ((2n + k - 1)(2n + k)),
+// with alternating signs, summed until the terms vanish below 2^-320. The
+// terms shrink (the factor is below 1), so each carries at most a few units
+// of truncation: under 2^-312 in all.
+Fixed alternatingSeries(const Fixed& first, const Fixed& r, std::uint32_t k) noexcept {
     const Fixed z = fixedMul(r, r);
-    Fixed term = r, pos = r, neg{};
+    Fixed term = first, pos = first, neg{};
     for (std::uint32_t n = 1;; ++n) {
-        term = fixedDivSmall(fixedMul(term, z), (2 * n) * (2 * n + 1));
+        term = fixedDivSmall(fixedMul(term, z), (2 * n + k - 1) * (2 * n + k));
         if (fixedIsZero(term)) break;
         if (n & 1u)
             neg = fixedAdd(neg, term);
@@ -25,19 +27,8 @@ Fixed sinSeries(const Fixed& r) noexcept {
     return fixedSub(pos, neg);
 }
 
-Fixed cosSeries(const Fixed& r) noexcept {
-    const Fixed z = fixedMul(r, r);
-    Fixed term = fixedInt(1), pos = fixedInt(1), neg{};
-    for (std::uint32_t n = 1;; ++n) {
-        term = fixedDivSmall(fixedMul(term, z), (2 * n - 1) * (2 * n));
-        if (fixedIsZero(term)) break;
-        if (n & 1u)
-            neg = fixedAdd(neg, term);
-        else
-            pos = fixedAdd(pos, term);
-    }
-    return fixedSub(pos, neg);
-}
+Fixed sinSeries(const Fixed& r) noexcept { return alternatingSeries(r, r, 1); }
+Fixed cosSeries(const Fixed& r) noexcept { return alternatingSeries(fixedInt(1), r, 0); }
 
 double toDouble(const Fixed& v, int scale, bool negative) noexcept {
     if (fixedIsZero(v)) return negative ? -0.0 : 0.0;
