@@ -4,8 +4,9 @@
 Butterworth / Chebyshev / inverse Chebyshev cut and band filters, Q sections,
 DC filters, all-pass sections), filters float32 arrays bit-identically to the
 C++ library, and reports its power gain and phase at any frequency.
-``sos()`` gives its sections in scipy's convention. See help(IirProcess).
+``sos()`` gives its sections in scipy's convention. ``IirChannels`` runs up
+to 16 of them over the rows of a 2-D array. See help(IirProcess).
 """
-from ._mivora import IirProcess, __version__
+from ._mivora import IirChannels, IirProcess, __version__
 
-__all__ = ["IirProcess", "__version__"]
+__all__ = ["IirChannels", "IirProcess", "__version__"]

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "header_docs.hpp"
+#include "iir_channels.hpp"
 #include "sample_arrays.hpp"
 
 namespace py = pybind11;
@@ -193,7 +194,7 @@ void bindTransforms(py::class_<IirProcess>& cls) {
 }  // namespace
 
 PYBIND11_MODULE(_mivora, m) {
-    m.doc() = "Mivora IIR filters: designs, processing and response of IirProcess.";
+    m.doc() = "Mivora IIR filters: designs, processing and response of IirProcess; IirChannels.";
     m.attr("__version__") = MIVORA_VERSION;
     py::class_<IirProcess> cls(m, "IirProcess");
     cls.attr("__module__") = "mivora";  // where users import it from
@@ -206,4 +207,5 @@ PYBIND11_MODULE(_mivora, m) {
     bindArrayOperations(cls);
     bindTransforms(cls);
     cls.def("__repr__", [](const IirProcess& f) { return "IirProcess(order=" + std::to_string(f.getOrder()) + ")"; });
+    mivora_py::bindIirChannels(m);
 }

@@ -6,12 +6,12 @@
 
 namespace mivora_py {
 
-namespace {
-
 std::string dtypeName(const py::array& a) { return py::str(a.dtype()).cast<std::string>(); }
 
 bool isFloat32(const py::array& a) { return py::isinstance<py::array_t<float, 0>>(a); }
 bool isFloat64(const py::array& a) { return py::isinstance<py::array_t<double, 0>>(a); }
+
+namespace {
 
 void requireOneDimension(const py::array& a, const char* role) {
     if (a.ndim() != 1)

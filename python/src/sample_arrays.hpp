@@ -8,10 +8,18 @@
 #include <pybind11/numpy.h>
 
 #include <cstddef>
+#include <string>
 
 namespace mivora_py {
 
 namespace py = pybind11;
+
+// The dtype as numpy prints it, for error messages.
+std::string dtypeName(const py::array& a);
+// Native-endian float32 / float64 dtypes: the ones read without conversion
+// or converted by numpy's own rounding.
+bool isFloat32(const py::array& a);
+bool isFloat64(const py::array& a);
 
 struct Samples {
     float* data;
