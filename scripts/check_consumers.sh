@@ -102,7 +102,7 @@ via_subdirectory() {
     run_consumer "$dir/mivora_consumer"
 }
 
-# check_shared_symbols NAME: SONAME libmivora.so.<major>; only public IirProcess
+# check_shared_symbols NAME: SONAME libmivora.so.<major>; only public class
 # members exported.
 check_shared_symbols() {
     local lib="$work/$1/prefix/lib/libmivora.so"
@@ -115,16 +115,18 @@ check_shared_symbols() {
     local symbols foreign
     symbols="$(nm -D --defined-only --demangle "$lib" | awk '{ $1 = ""; $2 = ""; sub(/^ +/, ""); print }')"
     [ -n "$symbols" ] || fail "the shared library exports nothing"
-    foreign="$(grep -v '^Mivora::IirProcess::' <<<"$symbols" || true)"
-    [ -z "$foreign" ] || fail "symbols other than Mivora::IirProcess members exported: $foreign"
-    # Private members are the library's own business: none may be exported.
-    local name private=()
-    for name in $(sed -n '/^private:/,/^};/p' "$src/include/mivora/IirProcess.h" \
-                  | grep -oE '[A-Za-z_][A-Za-z0-9_]*\(' | tr -d '(' | sort -u); do
-        grep -q "^Mivora::IirProcess::$name(" <<<"$symbols" && private+=("$name")
+    # Only members of the public classes, and none of their private ones.
+    local classes=(IirProcess IirChannels) class name private=()
+    foreign="$(grep -v -E "^Mivora::($(IFS='|'; echo "${classes[*]}"))::" <<<"$symbols" || true)"
+    [ -z "$foreign" ] || fail "symbols other than public class members exported: $foreign"
+    for class in "${classes[@]}"; do
+        for name in $(sed -n '/^private:/,/^};/p' "$src/include/mivora/$class.h" \
+                      | grep -oE '[A-Za-z_][A-Za-z0-9_]*\(' | tr -d '(' | sort -u); do
+            grep -q "^Mivora::$class::$name(" <<<"$symbols" && private+=("$class::$name")
+        done
     done
     [ ${#private[@]} -eq 0 ] || fail "private members exported: ${private[*]}"
-    echo "$(wc -l <<<"$symbols") symbols, all public Mivora::IirProcess members"
+    echo "$(wc -l <<<"$symbols") symbols, all public members of ${classes[*]}"
 }
 
 # check_loads_shared NAME EXE: EXE loads the shared library from NAME's prefix.
