@@ -25,6 +25,9 @@ moves, "same bits" (likely equivalent) when it does not.
   scripts/mutate.py --probe-only --mode regroup    # which mutants change bits (no ctest)
   scripts/mutate.py --compare BEFORE.txt AFTER.txt     # kills lost between two runs
   scripts/mutate.py --only-killed BEFORE.txt ...        # re-run only what BEFORE killed
+  scripts/mutate.py --skip-sites src/math/ --exclude-tests '^python_' --exclude-label math
+      # when the math and Python tests are untouched: their kills cannot change,
+      # so leave their sites and their (slow) tests out of both runs
 
 Results go to <work>/<mode>-s<seed>-n<count>.txt (one mutant a line). Runs on
 two cores: ctest -j2, builds -j2; one mutant takes a few seconds.
@@ -148,14 +151,17 @@ def nudge_number(lit):
     return new + (("e" if "e" in lit else "E") + exp if exp else "")
 
 
-def find_sites(tree, mode):
+def find_sites(tree, mode, skip_prefixes=()):
     """Every mutation site of the mode under tree/src, in a fixed order:
-    (file, line, column, kind, original, replacement)."""
+    (file, line, column, kind, original, replacement). Files whose path
+    (relative to tree) starts with one of skip_prefixes are left out."""
     sites = []
     for path in sorted((tree / "src").rglob("*")):
         if path.suffix not in SOURCE_SUFFIXES:
             continue
         rel = str(path.relative_to(tree))
+        if rel.startswith(tuple(skip_prefixes)):
+            continue
         lines = path.read_text().split("\n")
         masked = code_mask("\n".join(lines)).split("\n")
         prev_end = ";"
@@ -310,7 +316,9 @@ int main() {
 
 
 class Workspace:
-    def __init__(self, work, jobs, timeout):
+    def __init__(self, work, jobs, timeout, exclude_tests=None, exclude_label=None):
+        self.exclude = (["-E", exclude_tests] if exclude_tests else []) + (
+            ["-LE", exclude_label] if exclude_label else [])
         self.work = work
         self.tree = work / "tree"
         self.build = work / "build"
@@ -353,7 +361,7 @@ class Workspace:
 
     def test(self):
         rc = run(["ctest", "--test-dir", str(self.build), "-j", str(self.jobs), "--timeout", str(self.timeout),
-                  "--stop-on-failure"], self.work, self.timeout * 20, self.log)
+                  "--stop-on-failure"] + self.exclude, self.work, self.timeout * 20, self.log)
         return "pass" if rc == 0 else ("timeout" if rc == "timeout" else "fail")
 
     def probe(self):
@@ -387,6 +395,10 @@ def main():
                     help="run only the sampled mutants that RESULTS (an earlier run) records as killed")
     ap.add_argument("--probe-only", action="store_true",
                     help="build the library alone and run the probe, no ctest: does each mutant change bits?")
+    ap.add_argument("--skip-sites", action="append", default=[], metavar="PREFIX",
+                    help="sample no site in files under PREFIX (e.g. src/math/); repeatable")
+    ap.add_argument("--exclude-tests", metavar="REGEX", help="ctest -E REGEX: tests not run per mutant")
+    ap.add_argument("--exclude-label", metavar="REGEX", help="ctest -LE REGEX: labels not run per mutant")
     ap.add_argument("--list", action="store_true", help="print the sampled sites and stop")
     ap.add_argument("--compare", type=Path, nargs=2, metavar=("BEFORE", "AFTER"),
                     help="list mutants killed in BEFORE but not in AFTER, and stop")
@@ -402,7 +414,7 @@ def main():
         print(f"{len(lost)} kill(s) lost of {sum(r.startswith('killed') for r in before.values())}")
         return 1 if lost else 0
 
-    sites = find_sites(ROOT, args.mode)
+    sites = find_sites(ROOT, args.mode, args.skip_sites)
     sample = random.Random(args.seed).sample(sites, min(args.count, len(sites)))
     if args.only_killed:
         killed_before = {line.split("\t", 1)[1] for line in args.only_killed.read_text().splitlines()
@@ -415,7 +427,7 @@ def main():
         return 0
 
     args.work.mkdir(parents=True, exist_ok=True)
-    ws = Workspace(args.work.resolve(), args.jobs, args.timeout)
+    ws = Workspace(args.work.resolve(), args.jobs, args.timeout, args.exclude_tests, args.exclude_label)
     print(f"preparing {ws.work} ...", flush=True)
     ws.prepare()
 
