@@ -81,9 +81,9 @@ TEST(Sections, FollowTheirAnalogueModels) {
             }
 }
 
-// 0 dB (and -0 dB) passes the signal unchanged; a NaN gain or fs = 0 give
-// NaN, except that the peaking designs write nothing for a NaN gain.
-TEST(Sections, ZeroGainPassesTheSignalAndNanGainOrZeroRateGiveNan) {
+// 0 dB (and -0 dB) passes the signal unchanged; a peaking design given a NaN
+// gain writes nothing (what NaN arguments give otherwise, the golden values pin).
+TEST(Sections, ZeroGainPassesTheSignalAndNanGainKeepsAPeak) {
     for (const Model& m : kModels) {
         if (!m.gain) continue;
         SCOPED_TRACE(m.name);
@@ -94,47 +94,12 @@ TEST(Sections, ZeroGainPassesTheSignalAndNanGainOrZeroRateGiveNan) {
             EXPECT_TRUE(c[0] == 1.0 && c[1] == -c[3] && c[2] == -c[4]);
             for (double x : {1.0, -0.5, 0.25, 0.0, 0.75}) EXPECT_NEAR(f.cal(x), x, 1e-12);
         }
-        IirProcess nanGain(4), fsZero;
-        m.design(nanGain, 1000.0, 48000.0, std::nan(""), 1.0);
-        m.design(fsZero, 1000.0, 0.0, 6.0, 1.0);
-        const bool peaking = std::string(m.name).find("Coef") != std::string::npos || m.name[0] == 'P';
-        EXPECT_TRUE(peaking ? section0(nanGain) == Values(5, 0.0) : std::isnan(section0(nanGain)[0]));
-        EXPECT_TRUE(std::isnan(section0(fsZero)[0]));
     }
     IirProcess kept;
     kept.setCoefPDFPQ(1000.0, 48000.0, 6.0, 1.0);
     const Values before = coefs(kept);
     kept.setCoefPDFCQ(500.0, 48000.0, std::nan(""), 1.0);
     EXPECT_EQ(coefs(kept), before);
-}
-
-TEST(Sections, ShelfSelectorsPickTheVariant) {
-    using Shelf = void (IirProcess::*)(double, double, double);
-    using Selector = void (IirProcess::*)(double, double, double, short);
-    const struct {
-        Shelf plain;
-        Selector typed;
-        Shelf a, b;
-    } families[] = {
-        {&IirProcess::setCoefLOWS, &IirProcess::setCoefLOWS, &IirProcess::setCoefLOWS_A, &IirProcess::setCoefLOWS_B},
-        {&IirProcess::setCoefHIGS, &IirProcess::setCoefHIGS, &IirProcess::setCoefHIGS_A, &IirProcess::setCoefHIGS_B},
-        {&IirProcess::setCoefLOWS_2, &IirProcess::setCoefLOWS_2, &IirProcess::setCoefLOWS_2A, &IirProcess::setCoefLOWS_2B},
-        {&IirProcess::setCoefHIGS_2, &IirProcess::setCoefHIGS_2, &IirProcess::setCoefHIGS_2A, &IirProcess::setCoefHIGS_2B},
-    };
-    for (const auto& fam : families)
-        for (double gain : {-7.0, 11.0}) {
-            IirProcess a, b, plain;
-            (a.*fam.a)(900.0, gain, 48000.0);
-            (b.*fam.b)(900.0, gain, 48000.0);
-            (plain.*fam.plain)(900.0, gain, 48000.0);
-            ASSERT_NE(coefs(a), coefs(b));
-            EXPECT_EQ(coefs(plain), coefs(b));
-            for (short type : {1, 0, 2, -1, 32767}) {
-                IirProcess f;
-                (f.*fam.typed)(900.0, gain, 48000.0, type);
-                EXPECT_EQ(coefs(f), coefs(type == 1 ? b : a)) << type;
-            }
-        }
 }
 
 // A corner shelf is the flat-side (variant B) shelf with its corner placed
@@ -197,42 +162,6 @@ TEST(Sections, SecondOrderAllPassIsFlatAndTurnsByPiAtFreq) {
         for (double x : logFrequencies(fs, 100)) EXPECT_NEAR(std::abs(responseOf(f, x, fs)), 1.0, 1e-10) << x;
         EXPECT_NEAR(std::fabs(std::arg(responseOf(f, freq, fs))), kPi, 1e-9);
         EXPECT_NEAR(f.phase(0.0, fs), 0.0, 1e-12);
-    }
-}
-
-// Degenerate arguments the header documents.
-const double kA6 = std::pow(10.0, 6.0 / 20.0);
-const Row kEdges[] = {
-    // freq 0: (1 - z^-1)^2 over itself, or the shelf's constant gain over a pole on z = 1.
-    {MIVORA_CALL(setCoefPDFPQ(0, 48000, 6, 1)), {1, -2, 1, 2, -1}, 0.0},
-    {MIVORA_CALL(setCoefLOWS_A(0, 6, 48000)), {1, -1, 0, 1, 0}, 0.0},
-    {MIVORA_CALL(setCoefHIGS_A(0, 6, 48000)), {kA6, -kA6, 0, 1, 0}, 0.0},
-    {MIVORA_CALL(setCoefHIGS_2A(0, 6, 48000)), {kA6, -2 * kA6, kA6, 2, -1}, 0.0},
-    {MIVORA_CALL(setCoefBPFQfct(0, 2, 48000)), {0, 0, 0, 2, -1}, 0.0},
-    {MIVORA_CALL(setCoefBPF_Q(0, 2, 48000)), {0, 0, 0, 2, -1}, 0.0},
-    {MIVORA_CALL(setAPF1st(0, 48000)), {-1, 1, 0, 1, 0}, 0.0},
-    {MIVORA_CALL(setDcfLPF(0, 44100)), {0, 0, 1}, 0.0},  // holds its last output
-    {MIVORA_CALL(setDcfHPF(0, 44100)), {1, -1, 1}, 0.0},
-    // -100 dB is silence: a high shelf cut to nothing holds its output at
-    // weight < 1 and is a first-order low-pass at weight 1; a silent level
-    // sends a low shelf's corner to 0 (poles and zeros cancel on z = 1) and a
-    // high shelf's next to fs/2.
-    {MIVORA_CALL(setCoefHiShelf_C(4000, 1000, -100, 0.5, 0)), {0, 0, 0, 1, 0}, 0.0},
-    {MIVORA_CALL(setCoefHiShelf_C(4000, 1000, -100, 1, 0)), {0.5, 0.5, 0, 0, 0}, 1e-12},
-    {MIVORA_CALL(setCoefLowShelf_C(48000, 1000, 9, 0.5, -100)), {1, -1, 0, 1, 0}, 0.0},
-    {MIVORA_CALL(setCoefLowShelf_2C(48000, 1000, -9, 0.5, -100)), {1, -2, 1, 2, -1}, 0.0},
-};
-TEST(Sections, DegenerateArguments) {
-    for (const Row& r : kEdges) expectRow(r);
-    IirProcess hi, hi2;
-    hi.setCoefHiShelf_C(48000.0, 1000.0, 9.0, 0.5, -100.0);
-    hi2.setCoefHiShelf_2C(48000.0, 1000.0, -9.0, 0.5, -100.0);
-    EXPECT_NEAR(section0(hi)[3], -1.0, 1e-9);
-    EXPECT_TRUE(std::fabs(section0(hi2)[3] + 2.0) < 1e-9 && std::fabs(section0(hi2)[4] + 1.0) < 1e-9);
-    for (const char* which : {"q", "fs"}) {
-        IirProcess f;
-        which[0] == 'q' ? f.setCoefPDFPQ(1000.0, 48000.0, 6.0, 0.0) : f.setCoefPDFPQ(1000.0, 0.0, 6.0, 1.0);
-        EXPECT_TRUE(std::isnan(section0(f)[0]) && std::isnan(section0(f)[4])) << which;
     }
 }
 

@@ -1,6 +1,5 @@
 // Helpers shared by the tests: read-outs, an independent response evaluation,
-// the analogue prototypes the cut and band designs follow, and a checker for
-// coefficient rows.
+// and the analogue prototypes the cut and band designs follow.
 #ifndef MIVORA_TEST_SUPPORT_HPP
 #define MIVORA_TEST_SUPPORT_HPP
 
@@ -82,24 +81,6 @@ inline double prototypePower(Family family, int n, double shape, double x) {
         return 1.0 / (1.0 + (std::pow(10.0, shape / 10.0) - 1.0) * std::pow(chebyshevT(n, x), 2));
     const double k = std::pow(chebyshevT(n, 1.0 / x), 2) / (std::pow(10.0, (96.0 - shape / 10.0) / 10.0) - 1.0);
     return std::isinf(k) ? 1.0 : k / (1.0 + k);
-}
-
-// A design call with its source text, for tables: {MIVORA_CALL(setCoefHPF(3, 1e3, 48e3)), ...}.
-#define MIVORA_CALL(call) #call, [](::Mivora::IirProcess& f) { f.call; }
-
-// A row: the coefficients getCoef reads out after the call on a fresh object,
-// to within tol (exactly for 0).
-struct Row {
-    const char* call;
-    void (*design)(IirProcess&);
-    Values coefs;
-    double tol;
-};
-inline void expectRow(const Row& r) {
-    IirProcess f;
-    r.design(f);
-    const Values got = coefs(f);
-    for (std::size_t i = 0; i < r.coefs.size(); ++i) EXPECT_NEAR(got[i], r.coefs[i], r.tol) << r.call << " [" << i << "]";
 }
 
 }  // namespace mivora_test

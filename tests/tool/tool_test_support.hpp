@@ -94,32 +94,19 @@ inline void writeAudio(const std::string& path, const Audio& audio) {
     sf_close(file);
 }
 
-// Reads every sample of a file as T through `read`; info gets the header.
-template <class T>
-inline std::vector<T> readSamples(const std::string& path, SF_INFO& info,
-                           sf_count_t (*read)(SNDFILE*, T*, sf_count_t)) {
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    std::vector<T> samples;
-    if (!file) {
-        ADD_FAILURE() << "cannot read " << path << ": " << sf_strerror(nullptr);
-        return samples;
-    }
-    samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-    read(file, samples.data(), info.frames);
-    sf_close(file);
-    return samples;
-}
-
+// Every sample as float: integer formats come back as value / 2^(bits-1),
+// exactly, so 16-bit output can be compared exactly too.
 inline Audio readAudio(const std::string& path) {
     SF_INFO info{};
-    std::vector<float> samples = readSamples(path, info, sf_readf_float);
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (!file) {
+        ADD_FAILURE() << "cannot read " << path << ": " << sf_strerror(nullptr);
+        return {};
+    }
+    std::vector<float> samples(static_cast<std::size_t>(info.frames * info.channels));
+    sf_readf_float(file, samples.data(), info.frames);
+    sf_close(file);
     return {info.channels, info.samplerate, info.format, std::move(samples)};
-}
-
-// Raw 16-bit values, for checking integer output exactly.
-inline std::vector<short> readShorts(const std::string& path) {
-    SF_INFO info{};
-    return readSamples(path, info, sf_readf_short);
 }
 
 
