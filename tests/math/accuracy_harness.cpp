@@ -43,15 +43,6 @@ Draw logUniform(double lo, double hi) {
     };
 }
 
-Draw anyFinite() {
-    return [](Rng& r) {
-        for (;;) {
-            const double d = fromBits(r());
-            if (std::isfinite(d)) return d;
-        }
-    };
-}
-
 Draw signedAnyFinite(double maxAbs) {
     return [=](Rng& r) {
         for (;;) {
@@ -61,9 +52,7 @@ Draw signedAnyFinite(double maxAbs) {
     };
 }
 
-Draw ofBoth(Draw a, Draw b) {
-    return [=](Rng& r) { return (r() & 1u) ? a(r) : b(r); };
-}
+Draw anyFinite() { return signedAnyFinite(std::numeric_limits<double>::max()); }
 
 Draw2 pairOf(Draw x, Draw y) {
     return [=](Rng& r) {

@@ -41,8 +41,7 @@ Draw uniform(double lo, double hi);          // uniform in [lo, hi]
 Draw logUniform(double lo, double hi);       // 0 < lo < hi: uniform exponent
 Draw anyFinite();                            // random bits, every finite double
 Draw signedAnyFinite(double maxAbs);         // random bits with |x| <= maxAbs
-Draw ofBoth(Draw a, Draw b);                 // pairs are built from these:
-Draw2 pairOf(Draw x, Draw y);
+Draw2 pairOf(Draw x, Draw y);                // (x, y), x drawn first
 // Arguments whose result lies within 2^-(53+bits) relative of a rounding
 // boundary (a midpoint between doubles), found by filtering draws of `from`
 // with MPFR: they drive the slow paths.
