@@ -1,6 +1,6 @@
 // Every elementary function of Mivora::math, bit for bit against MPFR's
-// correctly rounded result: random inputs from each row's generators, then
-// the row's special values. Zero mismatches allowed.
+// correctly rounded result: each row's special values, then random inputs
+// from its generators, then its hard draws. Zero mismatches allowed.
 #include <gtest/gtest.h>
 
 #include <cstdio>
