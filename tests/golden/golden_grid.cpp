@@ -99,81 +99,67 @@ struct Design {
 
 #define MIVORA_DESIGN(name, axes, ...) \
     Design { name, axes, [](IirProcess& f, const Params& p) { f.__VA_ARGS__; } }
-#define PEAK_AXES {kFreqAxis, kFsAxis, kGainAxis, kQAxis}
-#define SHELF_AXES {kFreqAxis, kGainAxis, kFsAxis}
-#define TYPED_AXES {kFreqAxis, kGainAxis, kFsAxis, kTypeAxis}
-#define CORNER_AXES {kFsAxis, kCornerFreqAxis, kCornerGainAxis, kWeightAxis, kLevelAxis}
-#define SHELF(m) MIVORA_DESIGN(#m, SHELF_AXES, m(p.freq, p.gainDb, p.fs))
-#define TYPED(m) MIVORA_DESIGN(#m "(type)", TYPED_AXES, m(p.freq, p.gainDb, p.fs, p.type))
-#define CORNER(m) MIVORA_DESIGN(#m, CORNER_AXES, m(p.fs, p.freq, p.gainDb, p.weight, p.levelDb))
+#define SHELF(m) MIVORA_DESIGN(#m, shelf, m(p.freq, p.gainDb, p.fs))
+#define TYPED(m) MIVORA_DESIGN(#m "(type)", typed, m(p.freq, p.gainDb, p.fs, p.type))
+#define CORNER(m) MIVORA_DESIGN(#m, corner, m(p.fs, p.freq, p.gainDb, p.weight, p.levelDb))
 
 const std::vector<Design>& designs() {
+    // The argument lists, in each design's argument order.
+    using Axes = std::vector<Axis>;
+    const Axes peak = {kFreqAxis, kFsAxis, kGainAxis, kQAxis}, shelf = {kFreqAxis, kGainAxis, kFsAxis},
+               typed = {kFreqAxis, kGainAxis, kFsAxis, kTypeAxis},
+               corner = {kFsAxis, kCornerFreqAxis, kCornerGainAxis, kWeightAxis, kLevelAxis},
+               freqFs = {kFreqAxis, kFsAxis}, ordered = {kOrderAxis, kFreqAxis, kFsAxis},
+               chev = {kOrderAxis, kFreqAxis, kRippleAxis, kFsAxis},
+               ichev = {kOrderAxis, kFreqAxis, kStopAxis, kFsAxis}, qfct = {kFreqAxis, kQAxis, kFsAxis},
+               band = {kProtoAxis, kLowAxis, kHighAxis, kFsAxis},
+               bandChev = {kProtoAxis, kLowAxis, kHighAxis, kRippleAxis, kFsAxis},
+               bandIChev = {kProtoAxis, kLowAxis, kHighAxis, kStopAxis, kFsAxis};
     static const std::vector<Design> all = {
-        MIVORA_DESIGN("setCoefPDFPQ", PEAK_AXES, setCoefPDFPQ(p.freq, p.fs, p.gainDb, p.q)),
-        MIVORA_DESIGN("setCoefPDFCQ", PEAK_AXES, setCoefPDFCQ(p.freq, p.fs, p.gainDb, p.q)),
-        MIVORA_DESIGN("setCoef", PEAK_AXES, setCoef(p.freq, p.fs, p.gainDb, p.q)),
+        MIVORA_DESIGN("setCoefPDFPQ", peak, setCoefPDFPQ(p.freq, p.fs, p.gainDb, p.q)),
+        MIVORA_DESIGN("setCoefPDFCQ", peak, setCoefPDFCQ(p.freq, p.fs, p.gainDb, p.q)),
+        MIVORA_DESIGN("setCoef", peak, setCoef(p.freq, p.fs, p.gainDb, p.q)),
         SHELF(setCoefLOWS_A), SHELF(setCoefLOWS_B), SHELF(setCoefLOWS), TYPED(setCoefLOWS),
         SHELF(setCoefHIGS_A), SHELF(setCoefHIGS_B), SHELF(setCoefHIGS), TYPED(setCoefHIGS),
         SHELF(setCoefLOWS_2A), SHELF(setCoefLOWS_2B), SHELF(setCoefLOWS_PM_2A), SHELF(setCoefLOWS_PM_2B),
         SHELF(setCoefHIGS_2A), SHELF(setCoefHIGS_2B), SHELF(setCoefHIGS_PM_2A), SHELF(setCoefHIGS_PM_2B),
         SHELF(setCoefLOWS_2), TYPED(setCoefLOWS_2), SHELF(setCoefHIGS_2), TYPED(setCoefHIGS_2),
         CORNER(setCoefLowShelf_C), CORNER(setCoefHiShelf_C), CORNER(setCoefLowShelf_2C), CORNER(setCoefHiShelf_2C),
-        MIVORA_DESIGN("setCoefHPF(order)", (std::vector<Axis>{kOrderAxis, kFreqAxis, kFsAxis}),
-                      setCoefHPF(p.order, p.freq, p.fs)),
-        MIVORA_DESIGN("setCoefLPF(order)", (std::vector<Axis>{kOrderAxis, kFreqAxis, kFsAxis}),
-                      setCoefLPF(p.order, p.freq, p.fs)),
-        MIVORA_DESIGN("setCoefHPF", (std::vector<Axis>{kFreqAxis, kFsAxis}), setCoefHPF(p.freq, p.fs)),
-        MIVORA_DESIGN("setCoefLPF", (std::vector<Axis>{kFreqAxis, kFsAxis}), setCoefLPF(p.freq, p.fs)),
-        MIVORA_DESIGN("setCoefHPFChev", (std::vector<Axis>{kOrderAxis, kFreqAxis, kRippleAxis, kFsAxis}),
-                      setCoefHPFChev(p.order, p.freq, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefLPFChev", (std::vector<Axis>{kOrderAxis, kFreqAxis, kRippleAxis, kFsAxis}),
-                      setCoefLPFChev(p.order, p.freq, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefHPFIChev", (std::vector<Axis>{kOrderAxis, kFreqAxis, kStopAxis, kFsAxis}),
-                      setCoefHPFIChev(p.order, p.freq, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefLPFIChev", (std::vector<Axis>{kOrderAxis, kFreqAxis, kStopAxis, kFsAxis}),
-                      setCoefLPFIChev(p.order, p.freq, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefHPFQfct", (std::vector<Axis>{kFreqAxis, kQAxis, kFsAxis}),
-                      setCoefHPFQfct(p.freq, p.q, p.fs)),
-        MIVORA_DESIGN("setCoefLPFQfct", (std::vector<Axis>{kFreqAxis, kQAxis, kFsAxis}),
-                      setCoefLPFQfct(p.freq, p.q, p.fs)),
-        MIVORA_DESIGN("setCoefBPFQfct", (std::vector<Axis>{kFreqAxis, kQAxis, kFsAxis}),
-                      setCoefBPFQfct(p.freq, p.q, p.fs)),
-        MIVORA_DESIGN("setCoefBPF_Q", (std::vector<Axis>{kFreqAxis, kQAxis, kFsAxis}),
-                      setCoefBPF_Q(p.freq, p.q, p.fs)),
-        MIVORA_DESIGN("setCoefBPF", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kFsAxis}),
-                      setCoefBPF(p.order, p.low, p.high, p.fs)),
-        MIVORA_DESIGN("setCoefBEF", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kFsAxis}),
-                      setCoefBEF(p.order, p.low, p.high, p.fs)),
-        MIVORA_DESIGN("setCoefBPFChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kRippleAxis, kFsAxis}),
-                      setCoefBPFChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBEFChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kRippleAxis, kFsAxis}),
-                      setCoefBEFChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBPFIChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kStopAxis, kFsAxis}),
-                      setCoefBPFIChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setCoefBEFIChev", (std::vector<Axis>{kProtoAxis, kLowAxis, kHighAxis, kStopAxis, kFsAxis}),
-                      setCoefBEFIChev(p.order, p.low, p.high, p.shape, p.fs)),
-        MIVORA_DESIGN("setDcfLPF(freq, fs)", (std::vector<Axis>{kFreqAxis, kFsAxis}), setDcfLPF(p.freq, p.fs)),
-        MIVORA_DESIGN("setDcfLPF(alpha)", (std::vector<Axis>{kAlphaAxis}), setDcfLPF(p.alpha)),
-        MIVORA_DESIGN("setDcfHPF(freq, fs)", (std::vector<Axis>{kFreqAxis, kFsAxis}), setDcfHPF(p.freq, p.fs)),
-        MIVORA_DESIGN("setDcfHPF(alpha)", (std::vector<Axis>{kAlphaAxis}), setDcfHPF(p.alpha)),
-        MIVORA_DESIGN("setAPF1st", (std::vector<Axis>{kFreqAxis, kFsAxis}), setAPF1st(p.freq, p.fs)),
-        MIVORA_DESIGN("setAPF2nd", (std::vector<Axis>{kFreqAxis, kFsAxis}), setAPF2nd(p.freq, p.fs)),
+        MIVORA_DESIGN("setCoefHPF(order)", ordered, setCoefHPF(p.order, p.freq, p.fs)),
+        MIVORA_DESIGN("setCoefLPF(order)", ordered, setCoefLPF(p.order, p.freq, p.fs)),
+        MIVORA_DESIGN("setCoefHPF", freqFs, setCoefHPF(p.freq, p.fs)),
+        MIVORA_DESIGN("setCoefLPF", freqFs, setCoefLPF(p.freq, p.fs)),
+        MIVORA_DESIGN("setCoefHPFChev", chev, setCoefHPFChev(p.order, p.freq, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefLPFChev", chev, setCoefLPFChev(p.order, p.freq, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefHPFIChev", ichev, setCoefHPFIChev(p.order, p.freq, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefLPFIChev", ichev, setCoefLPFIChev(p.order, p.freq, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefHPFQfct", qfct, setCoefHPFQfct(p.freq, p.q, p.fs)),
+        MIVORA_DESIGN("setCoefLPFQfct", qfct, setCoefLPFQfct(p.freq, p.q, p.fs)),
+        MIVORA_DESIGN("setCoefBPFQfct", qfct, setCoefBPFQfct(p.freq, p.q, p.fs)),
+        MIVORA_DESIGN("setCoefBPF_Q", qfct, setCoefBPF_Q(p.freq, p.q, p.fs)),
+        MIVORA_DESIGN("setCoefBPF", band, setCoefBPF(p.order, p.low, p.high, p.fs)),
+        MIVORA_DESIGN("setCoefBEF", band, setCoefBEF(p.order, p.low, p.high, p.fs)),
+        MIVORA_DESIGN("setCoefBPFChev", bandChev, setCoefBPFChev(p.order, p.low, p.high, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefBEFChev", bandChev, setCoefBEFChev(p.order, p.low, p.high, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefBPFIChev", bandIChev, setCoefBPFIChev(p.order, p.low, p.high, p.shape, p.fs)),
+        MIVORA_DESIGN("setCoefBEFIChev", bandIChev, setCoefBEFIChev(p.order, p.low, p.high, p.shape, p.fs)),
+        MIVORA_DESIGN("setDcfLPF(freq, fs)", freqFs, setDcfLPF(p.freq, p.fs)),
+        MIVORA_DESIGN("setDcfLPF(alpha)", Axes{kAlphaAxis}, setDcfLPF(p.alpha)),
+        MIVORA_DESIGN("setDcfHPF(freq, fs)", freqFs, setDcfHPF(p.freq, p.fs)),
+        MIVORA_DESIGN("setDcfHPF(alpha)", Axes{kAlphaAxis}, setDcfHPF(p.alpha)),
+        MIVORA_DESIGN("setAPF1st", freqFs, setAPF1st(p.freq, p.fs)),
+        MIVORA_DESIGN("setAPF2nd", freqFs, setAPF2nd(p.freq, p.fs)),
         // A design's effect on a filter that already runs at order 5 with
         // state: the reset (or its absence) shows in the outputs.
-        MIVORA_DESIGN("setCoefLOWS_A after order 5",
-                      (std::vector<Axis>{kFreqAxis, kGainAxis}),
+        MIVORA_DESIGN("setCoefLOWS_A after order 5", (Axes{kFreqAxis, kGainAxis}),
                       setCoefLPF(5, 1000.0, 48000.0); f.setDelay(0.5); f.setCoefLOWS_A(p.freq, p.gainDb, 48000.0)),
-        MIVORA_DESIGN("setOrder after setCoefHPF(5)", (std::vector<Axis>{kOrderAxis}),
+        MIVORA_DESIGN("setOrder after setCoefHPF(5)", Axes{kOrderAxis},
                       setCoefHPF(5, 1000.0, 48000.0); f.setOrder(p.order)),
     };
     return all;
 }
 
 #undef MIVORA_DESIGN
-#undef PEAK_AXES
-#undef SHELF_AXES
-#undef TYPED_AXES
-#undef CORNER_AXES
 #undef SHELF
 #undef TYPED
 #undef CORNER
@@ -287,15 +273,13 @@ IirProcess busyFilter() {
 void walkStateOperations(Recorder& rec) {
     for (double order : kOrder) {
         const int n = static_cast<int>(order);
-        Values args;
-        args.push(order);
+        const Values args{order};
         const IirProcess made[] = {IirProcess(n), IirProcess(nullptr, n)};
         for (const IirProcess& f : made) recordFilter(rec, "IirProcess(order)", f, args);
     }
     const double setTo[] = {0.0, -0.0, 0.25, -1e300, kInf, kNaN};
     for (double v : setTo) {
-        Values args;
-        args.push(v);
+        const Values args{v};
         IirProcess f = busyFilter();
         f.setDelay(v);
         recordFilter(rec, "setDelay", f, args);
@@ -329,39 +313,24 @@ void walkTransforms(Recorder& rec) {
         for (double cst : kCst) {
             for (const auto& t : two) {
                 t.second(lin, cst, out);
-                Values args, r;
-                args.push(lin);
-                args.push(cst);
-                r.push(out, 5);
-                rec.add(t.first, args, r);
+                rec.add(t.first, Values{lin, cst}, Values(out, 5));
             }
             for (double zero : kZero)
                 for (const auto& t : three) {
                     t.second(lin, cst, zero, out);
-                    Values args, r;
-                    args.push(lin);
-                    args.push(cst);
-                    args.push(zero);
-                    r.push(out, 5);
-                    rec.add(t.first, args, r);
+                    rec.add(t.first, Values{lin, cst, zero}, Values(out, 5));
                 }
             for (double wLow : kWarped)
                 for (double wHigh : kWarped) {
                     IirProcess::BpfCoefTrans(lin, cst, wLow, wHigh, out, out + 1, out + 2, out + 3);
-                    Values args, r;
-                    for (double a : {lin, cst, wLow, wHigh}) args.push(a);
-                    r.push(out, 4);
-                    rec.add("BpfCoefTrans", args, r);
+                    rec.add("BpfCoefTrans", Values{lin, cst, wLow, wHigh}, Values(out, 4));
                 }
         }
     for (double wLow : kWarped)
         for (double wHigh : kWarped)
             for (double zero : kZero) {
                 IirProcess::BuboCoefTrans(wLow, wHigh, zero, out, out + 1);
-                Values args, r;
-                for (double a : {wLow, wHigh, zero}) args.push(a);
-                r.push(out, 2);
-                rec.add("BuboCoefTrans", args, r);
+                rec.add("BuboCoefTrans", Values{wLow, wHigh, zero}, Values(out, 2));
             }
 }
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 
 namespace mivora_golden {
@@ -17,6 +18,11 @@ struct Values {
     static constexpr int kMaxValues = 128;
     double v[kMaxValues];
     int n = 0;
+    Values() = default;
+    Values(std::initializer_list<double> xs) noexcept {
+        for (double x : xs) push(x);
+    }
+    Values(const double* x, int count) noexcept { push(x, count); }
     void push(double x) noexcept {
         if (n < kMaxValues) v[n++] = x;
     }

@@ -55,21 +55,6 @@ List oneArgInputs(std::uint64_t seed, double lo, double hi) {
     return in;
 }
 
-void record1(Recorder& rec, const char* group, double x, double y) {
-    Values a, r;
-    a.push(x);
-    r.push(y);
-    rec.add(group, a, r);
-}
-
-void record2(Recorder& rec, const char* group, double x, double y, double z) {
-    Values a, r;
-    a.push(x);
-    a.push(y);
-    r.push(z);
-    rec.add(group, a, r);
-}
-
 struct OneArg {
     const char* group;
     double (*fn)(double) noexcept;
@@ -86,15 +71,15 @@ void walkTwoArg(Recorder& rec, const char* group, double (*fn)(double, double) n
     seconds.push_back(-0.5);
     seconds.push_back(1.0 / 3.0);
     for (double x : firsts)
-        for (double y : seconds) record2(rec, group, x, y, fn(x, y));
+        for (double y : seconds) rec.add(group, Values{x, y}, Values{fn(x, y)});
     SplitMix r{seed};
     for (int i = 0; i < 1024; ++i) {
         const double x = r.anyBits(), y = r.anyBits();
-        record2(rec, group, x, y, fn(x, y));
+        rec.add(group, Values{x, y}, Values{fn(x, y)});
     }
     for (int i = 0; i < 1536; ++i) {
         const double x = r.uniform(xlo, xhi), y = r.uniform(ylo, yhi);
-        record2(rec, group, x, y, fn(x, y));
+        rec.add(group, Values{x, y}, Values{fn(x, y)});
     }
 }
 
@@ -117,14 +102,10 @@ void walkMathGrid(Recorder& rec) {
     };
     std::uint64_t seed = 1;
     for (const OneArg& f : fns)
-        for (double x : oneArgInputs(seed++, f.lo, f.hi)) record1(rec, f.group, x, f.fn(x));
+        for (double x : oneArgInputs(seed++, f.lo, f.hi)) rec.add(f.group, Values{x}, Values{f.fn(x)});
     for (double x : oneArgInputs(seed++, -6.283185307179586, 6.283185307179586)) {
         const m::SinCos sc = m::sincos(x);
-        Values a, r;
-        a.push(x);
-        r.push(sc.sin);
-        r.push(sc.cos);
-        rec.add("math sincos", a, r);
+        rec.add("math sincos", Values{x}, Values{sc.sin, sc.cos});
     }
     walkTwoArg(rec, "math pow", m::pow, seed++, 0.0, 20.0, -10.0, 10.0);
     walkTwoArg(rec, "math atan2", m::atan2, seed++, -2.0, 2.0, -2.0, 2.0);

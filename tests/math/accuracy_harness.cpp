@@ -43,15 +43,6 @@ Draw logUniform(double lo, double hi) {
     };
 }
 
-Draw anyFinite() {
-    return [](Rng& r) {
-        for (;;) {
-            const double d = fromBits(r());
-            if (std::isfinite(d)) return d;
-        }
-    };
-}
-
 Draw signedAnyFinite(double maxAbs) {
     return [=](Rng& r) {
         for (;;) {
@@ -61,9 +52,7 @@ Draw signedAnyFinite(double maxAbs) {
     };
 }
 
-Draw ofBoth(Draw a, Draw b) {
-    return [=](Rng& r) { return (r() & 1u) ? a(r) : b(r); };
-}
+Draw anyFinite() { return signedAnyFinite(std::numeric_limits<double>::max()); }
 
 Draw2 pairOf(Draw x, Draw y) {
     return [=](Rng& r) {
@@ -89,44 +78,59 @@ bool nearAMidpoint(mpfr_srcptr v, int bits) {
     return near;
 }
 
+// f at the input, rounded to v's precision; returns MPFR's ternary value.
+int evaluate(mpfr_ptr v, Mpfr1 f, double x) {
+    mpfr_t a;
+    mpfr_init2(a, 53);
+    mpfr_set_d(a, x, MPFR_RNDN);
+    const int t = f(v, a, MPFR_RNDN);
+    mpfr_clear(a);
+    return t;
+}
+
+int evaluate(mpfr_ptr v, Mpfr2 f, std::pair<double, double> xy) {
+    mpfr_t a, b;
+    mpfr_inits2(53, a, b, static_cast<mpfr_ptr>(nullptr));
+    mpfr_set_d(a, xy.first, MPFR_RNDN);
+    mpfr_set_d(b, xy.second, MPFR_RNDN);
+    const int t = f(v, a, b, MPFR_RNDN);
+    mpfr_clears(a, b, static_cast<mpfr_ptr>(nullptr));
+    return t;
+}
+
 constexpr int kMaxTries = 1 << 20;
+
+template <class F, class In>
+std::function<In(Rng&)> nearMidpointOf(F f, std::function<In(Rng&)> from, int bits) {
+    return [=](Rng& r) {
+        mpfr_t v;
+        mpfr_init2(v, 53 + bits + 40);
+        In in{};
+        for (int tries = 0; tries < kMaxTries; ++tries) {
+            in = from(r);
+            evaluate(v, f, in);
+            if (nearAMidpoint(v, bits)) break;
+        }
+        mpfr_clear(v);
+        return in;
+    };
+}
+
+template <class F, class In>
+double correctlyRounded(F f, In in) {
+    static const DoubleContext context;
+    mpfr_t y;
+    mpfr_init2(y, 53);
+    mpfr_subnormalize(y, evaluate(y, f, in), MPFR_RNDN);
+    const double d = mpfr_get_d(y, MPFR_RNDN);
+    mpfr_clear(y);
+    return d;
+}
 
 }  // namespace
 
-Draw nearMidpoint(Mpfr1 f, Draw from, int bits) {
-    return [=](Rng& r) {
-        mpfr_t v, a;
-        mpfr_init2(v, 53 + bits + 40);
-        mpfr_init2(a, 53);
-        double x = 0.0;
-        for (int tries = 0; tries < kMaxTries; ++tries) {
-            x = from(r);
-            mpfr_set_d(a, x, MPFR_RNDN);
-            f(v, a, MPFR_RNDN);
-            if (nearAMidpoint(v, bits)) break;
-        }
-        mpfr_clears(v, a, static_cast<mpfr_ptr>(nullptr));
-        return x;
-    };
-}
-
-Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits) {
-    return [=](Rng& r) {
-        mpfr_t v, a, b;
-        mpfr_init2(v, 53 + bits + 40);
-        mpfr_inits2(53, a, b, static_cast<mpfr_ptr>(nullptr));
-        std::pair<double, double> xy;
-        for (int tries = 0; tries < kMaxTries; ++tries) {
-            xy = from(r);
-            mpfr_set_d(a, xy.first, MPFR_RNDN);
-            mpfr_set_d(b, xy.second, MPFR_RNDN);
-            f(v, a, b, MPFR_RNDN);
-            if (nearAMidpoint(v, bits)) break;
-        }
-        mpfr_clears(v, a, b, static_cast<mpfr_ptr>(nullptr));
-        return xy;
-    };
-}
+Draw nearMidpoint(Mpfr1 f, Draw from, int bits) { return nearMidpointOf(f, from, bits); }
+Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits) { return nearMidpointOf(f, from, bits); }
 
 std::vector<double> commonSpecials() {
     const double inf = std::numeric_limits<double>::infinity();
@@ -144,30 +148,8 @@ std::vector<double> commonSpecials() {
 std::uint64_t samplesPerFunction() { return envCount("MIVORA_MATH_SAMPLES", 100000); }
 std::uint64_t seed() { return envCount("MIVORA_MATH_SEED", 20261123); }
 
-double reference(Mpfr1 f, double x) {
-    static const DoubleContext context;
-    mpfr_t a, y;
-    mpfr_inits2(53, a, y, static_cast<mpfr_ptr>(nullptr));
-    mpfr_set_d(a, x, MPFR_RNDN);
-    const int t = f(y, a, MPFR_RNDN);
-    mpfr_subnormalize(y, t, MPFR_RNDN);
-    const double d = mpfr_get_d(y, MPFR_RNDN);
-    mpfr_clears(a, y, static_cast<mpfr_ptr>(nullptr));
-    return d;
-}
-
-double reference(Mpfr2 f, double x, double y) {
-    static const DoubleContext context;
-    mpfr_t a, b, z;
-    mpfr_inits2(53, a, b, z, static_cast<mpfr_ptr>(nullptr));
-    mpfr_set_d(a, x, MPFR_RNDN);
-    mpfr_set_d(b, y, MPFR_RNDN);
-    const int t = f(z, a, b, MPFR_RNDN);
-    mpfr_subnormalize(z, t, MPFR_RNDN);
-    const double d = mpfr_get_d(z, MPFR_RNDN);
-    mpfr_clears(a, b, z, static_cast<mpfr_ptr>(nullptr));
-    return d;
-}
+double reference(Mpfr1 f, double x) { return correctlyRounded(f, x); }
+double reference(Mpfr2 f, std::pair<double, double> xy) { return correctlyRounded(f, xy); }
 
 bool sameBits(double a, double b) {
     if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);

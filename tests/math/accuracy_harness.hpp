@@ -22,31 +22,26 @@ using Draw2 = std::function<std::pair<double, double>(Rng&)>;
 using Mpfr1 = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
 using Mpfr2 = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, mpfr_rnd_t);
 
-struct UnaryRow {
+// One function: ours, MPFR's, and how to draw its inputs (In is a double,
+// or a pair for a function of two arguments).
+template <class In, class Fn, class Ref>
+struct FunctionRow {
     std::string name;
-    std::function<double(double)> ours;
-    Mpfr1 reference;
-    std::vector<Draw> draws;       // the random inputs are shared among these
-    std::vector<double> specials;  // checked in addition
-    std::vector<Draw> hard = {};   // 1/400 as many again (slow draws, e.g. nearMidpoint)
+    Fn ours;
+    Ref reference;
+    std::vector<std::function<In(Rng&)>> draws;     // the random inputs are shared among these
+    std::vector<In> specials;                       // checked in addition
+    std::vector<std::function<In(Rng&)>> hard;   // 1/400 as many again (slow draws, e.g. nearMidpoint)
 };
-
-struct BinaryRow {
-    std::string name;
-    std::function<double(double, double)> ours;
-    Mpfr2 reference;
-    std::vector<Draw2> draws;
-    std::vector<std::pair<double, double>> specials;
-    std::vector<Draw2> hard = {};
-};
+using UnaryRow = FunctionRow<double, std::function<double(double)>, Mpfr1>;
+using BinaryRow = FunctionRow<std::pair<double, double>, std::function<double(double, double)>, Mpfr2>;
 
 // Input generators.
 Draw uniform(double lo, double hi);          // uniform in [lo, hi]
 Draw logUniform(double lo, double hi);       // 0 < lo < hi: uniform exponent
 Draw anyFinite();                            // random bits, every finite double
 Draw signedAnyFinite(double maxAbs);         // random bits with |x| <= maxAbs
-Draw ofBoth(Draw a, Draw b);                 // pairs are built from these:
-Draw2 pairOf(Draw x, Draw y);
+Draw2 pairOf(Draw x, Draw y);                // (x, y), x drawn first
 // Arguments whose result lies within 2^-(53+bits) relative of a rounding
 // boundary (a midpoint between doubles), found by filtering draws of `from`
 // with MPFR: they drive the slow paths.
@@ -64,7 +59,7 @@ std::uint64_t seed();
 // The correctly rounded double of f(x) (or f(x, y)), by MPFR with the
 // double format's exponent range and subnormals.
 double reference(Mpfr1 f, double x);
-double reference(Mpfr2 f, double x, double y);
+double reference(Mpfr2 f, std::pair<double, double> xy);
 bool sameBits(double a, double b);  // NaNs match any NaN
 
 // Rows of each family.

@@ -58,6 +58,7 @@ std::vector<UnaryRow> trigUnaryRows() {
         atanEdges.insert(atanEdges.end(), {x, -x});
     const std::vector<Draw> atanDraws = {anyFinite(), uniform(0.0, 1e6), uniform(-1.0, 1.0),
                                          logUniform(0x1p-30, 0x1p56)};
+    const std::vector<Draw> slowDraws = {uniform(-10.0, 10.0), logUniform(0x1p-27, 1e300)};
     return {
         {"sin", m::sin, mpfr_sin, angles, edges, {nearMidpoint(mpfr_sin, uniform(-10.0, 10.0), 10)}},
         {"cos", m::cos, mpfr_cos, angles, edges, {nearMidpoint(mpfr_cos, uniform(-10.0, 10.0), 10)}},
@@ -66,12 +67,9 @@ std::vector<UnaryRow> trigUnaryRows() {
         {"tan", m::tan, mpfr_tan, angles, edges, {nearMidpoint(mpfr_tan, audioAngle(), 10)}},
         {"atan", m::atan, mpfr_atan, atanDraws, atanEdges, {nearMidpoint(mpfr_atan, uniform(0.0, 1e3), 10)}},
         // The slow paths alone (arguments |x| >= 2^-27 finite).
-        {"sin_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Sin); }, mpfr_sin,
-         {uniform(-10.0, 10.0), logUniform(0x1p-27, 1e300)}, {}, {}},
-        {"cos_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Cos); }, mpfr_cos,
-         {uniform(-10.0, 10.0), logUniform(0x1p-27, 1e300)}, {}, {}},
-        {"tan_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Tan); }, mpfr_tan,
-         {uniform(-10.0, 10.0), logUniform(0x1p-27, 1e300)}, {}, {}},
+        {"sin_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Sin); }, mpfr_sin, slowDraws, {}, {}},
+        {"cos_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Cos); }, mpfr_cos, slowDraws, {}, {}},
+        {"tan_accurate", [](double x) { return t::slowTrig(x, t::TrigKind::Tan); }, mpfr_tan, slowDraws, {}, {}},
     };
 }
 
