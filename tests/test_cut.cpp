@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "test_support.hpp"
 
@@ -74,15 +75,13 @@ TEST(Transforms, SectionsAreBilinearImagesOfTheirAnalogueSections) {
                 EXPECT_TRUE(zero != 0.0 || std::vector<double>(ihp, ihp + 5) == std::vector<double>(hp, hp + 5));
                 EXPECT_TRUE(bp[1] == 0.0 && bp[2] == -bp[0]);  // exact zeros at DC and fs/2
                 for (double g : grid) {
-                    const std::complex<double> s(0.0, std::tan(kPi * g)), den = s * s + lin * s + cst;
-                    const struct {
-                        const double* c;
-                        std::complex<double> h;
-                        double floor;  // of the relative tolerance, for |h| near 0
-                    } cases[] = {{hp, s * s / den, 1.0}, {lp, 1.0 / den, 1.0}, {ihp, (s * s + zero) / den, 1.0},
-                                 {bp, s / den, 1e-3}, {be, (s * s + zero) / den, zero == 0.0 ? 1.0 : 1e-3}};
-                    for (const auto& k : cases)
-                        EXPECT_LT(std::abs(sectionH(k.c, g, 1.0) - k.h), 1e-12 * (std::abs(k.h) + k.floor)) << g << " #" << (&k - cases);
+                    const Complex s(0.0, std::tan(kPi * g)), den = s * s + lin * s + cst;
+                    // {section, its analogue H, the floor of the relative tolerance for |H| near 0}
+                    const std::tuple<const double*, Complex, double> cases[] = {
+                        {hp, s * s / den, 1.0}, {lp, 1.0 / den, 1.0}, {ihp, (s * s + zero) / den, 1.0},
+                        {bp, s / den, 1e-3}, {be, (s * s + zero) / den, zero == 0.0 ? 1.0 : 1e-3}};
+                    for (const auto& [c, h, floor] : cases)
+                        EXPECT_LT(std::abs(sectionH(c, g, 1.0) - h), 1e-12 * (std::abs(h) + floor)) << g << " H=" << h;
                 }
             }
 }

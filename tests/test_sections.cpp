@@ -93,26 +93,24 @@ TEST(Sections, NanGainLeavesAPeakAsItWas) {
 // falls at freq: weight 0 is variant A, weight 1 at level 0 variant B.
 TEST(Sections, CornerShelvesPlaceTheirCorner) {
     using Corner = void (IirProcess::*)(double, double, double, double, double);
-    const struct {
-        Corner design;
-        ShelfKind flatSide;
-    } corners[] = {{&IirProcess::setCoefLowShelf_C, {false, true, 0.0}}, {&IirProcess::setCoefHiShelf_C, {true, true, 0.0}},
-                   {&IirProcess::setCoefLowShelf_2C, {false, true, kSqrt2}},
-                   {&IirProcess::setCoefHiShelf_2C, {true, true, kSqrt2}}};
+    const std::pair<Corner, ShelfKind> corners[] = {  // each design and its flat-side shelf
+        {&IirProcess::setCoefLowShelf_C, {false, true, 0.0}}, {&IirProcess::setCoefHiShelf_C, {true, true, 0.0}},
+        {&IirProcess::setCoefLowShelf_2C, {false, true, kSqrt2}}, {&IirProcess::setCoefHiShelf_2C, {true, true, kSqrt2}}};
     const double fs = 44100.0, freq = 1500.0;
-    for (const auto& c : corners)
+    for (const auto& [design, flatSide] : corners)
         for (double gain : {-18.0, 6.0, 24.0})
             for (double weight : {-0.5, 0.0, 0.5, 1.0, 1.5})
                 for (double level : {-12.0, 0.0, 9.0}) {
-                    SCOPED_TRACE(::testing::Message() << (&c - corners) << " g=" << gain << " w=" << weight << " l=" << level);
+                    SCOPED_TRACE(::testing::Message() << "high=" << flatSide.high << " k=" << flatSide.damping << " g=" << gain
+                                                      << " w=" << weight << " l=" << level);
                     IirProcess f;
-                    (f.*c.design)(fs, freq, gain, weight, level);
+                    (f.*design)(fs, freq, gain, weight, level);
                     // Decibels per decade of the transition, doubled at second order.
                     const double offset = (1.0 - weight) * std::fabs(gain) + weight * level;
-                    const double perDecade = c.flatSide.damping == 0.0 ? 20.0 : 40.0;
-                    const double corner = std::pow(10.0, (c.flatSide.high ? -offset : offset) / perDecade);
+                    const double perDecade = flatSide.damping == 0.0 ? 20.0 : 40.0;
+                    const double corner = std::pow(10.0, (flatSide.high ? -offset : offset) / perDecade);
                     for (double x : logFrequencies(fs, 40))
-                        EXPECT_TRUE(closeRelative(responseOf(f, x, fs), shelf(c.flatSide, gain, sAt(x, fs, freq) / corner), 1e-9)) << x;
+                        EXPECT_TRUE(closeRelative(responseOf(f, x, fs), shelf(flatSide, gain, sAt(x, fs, freq) / corner), 1e-9)) << x;
                 }
 }
 

@@ -10,9 +10,8 @@ import pytest
 import mivora
 
 F32 = np.zeros(8, np.float32)
-READ_ONLY = np.zeros(8, np.float32)
-READ_ONLY.flags.writeable = False
 X = np.ones((2, 8), np.float32)
+READ_ONLY = np.broadcast_to(F32, F32.shape)  # read-only views of them
 READ_ONLY_2D = np.broadcast_to(X, X.shape)
 
 # Each call gets f, channel 0 of the two channels ch, both designed and past some input.
