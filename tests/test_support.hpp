@@ -29,10 +29,6 @@ inline Values coefs(const IirProcess& f) {
     f.getCoef(c.data());
     return c;
 }
-inline Values section0(const IirProcess& f) {
-    const Values c = coefs(f);
-    return {c.begin(), c.begin() + 5};
-}
 
 // H at freq of coefficient rows in the stored convention, by textbook complex
 // arithmetic (division, polar form): independent of the library's evaluation.

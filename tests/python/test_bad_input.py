@@ -1,5 +1,6 @@
-"""Wrong arrays and arguments raise a clear TypeError or ValueError; values the
-library accepts behave as in C++ (no exception, non-finite results)."""
+"""Wrong arrays and arguments, to IirProcess and IirChannels, raise a clear
+TypeError or ValueError and leave the state as it was; values the library
+accepts behave as in C++ (no exception, non-finite results, clamped counts)."""
 import ast
 import pathlib
 
@@ -9,38 +10,48 @@ import pytest
 import mivora
 
 F32 = np.zeros(8, np.float32)
-READ_ONLY = np.zeros(8, np.float32)
-READ_ONLY.flags.writeable = False
+X = np.ones((2, 8), np.float32)
+READ_ONLY = np.broadcast_to(F32, F32.shape)  # read-only views of them
+READ_ONLY_2D = np.broadcast_to(X, X.shape)
 
+# Each call gets f, channel 0 of the two channels ch, both designed and past some input.
 BAD_CALLS = [
-    (lambda f: f.process(np.zeros(8, np.int16)), TypeError, "float32 or float64"),
-    (lambda f: f.process(np.zeros(8, np.complex64)), TypeError, "float32 or float64"),
-    (lambda f: f.process(np.zeros((2, 8), np.float32)), ValueError, "1-D"),
-    (lambda f: f.process("abc"), TypeError, ""),
-    (lambda f: f.process_inplace(np.zeros(8)), TypeError, "float32"),
-    (lambda f: f.process_inplace(np.zeros(8, ">f4")), TypeError, "float32"),
-    (lambda f: f.process_inplace([0.0, 1.0]), TypeError, "ndarray"),
-    (lambda f: f.process_inplace(np.zeros(16, np.float32)[::2]), ValueError, "contiguous"),
-    (lambda f: f.process_inplace(READ_ONLY), ValueError, "read-only"),
-    (lambda f: f.doProcess(F32, np.zeros(4, np.float32)), ValueError, "exceeds"),
-    (lambda f: f.doProcess(F32, F32.copy(), 9), ValueError, "exceeds"),
-    (lambda f: f.doProcess(F32, F32.copy(), -1), TypeError, ""),
-    (lambda f: f.doProcess(F32[1:], F32[:-1]), ValueError, "overlap"),
-    (lambda f: f.doProcess(F32, READ_ONLY), ValueError, "read-only"),
-    (lambda f: f.setCoefHPF(2**40, 1000.0, 48000.0), TypeError, ""),
-    (lambda f: f.setCoefLOWS(1000.0, 3.0, 48000.0, 2**20), TypeError, ""),
-    (lambda f: f.setCoefPDFPQ("1000", 48000.0, 6.0, 1.0), TypeError, ""),
-    (lambda f: f.power([[1.0], ["x"]], 48000.0), (TypeError, ValueError), ""),
+    (lambda f, ch: f.process(np.zeros(8, np.int16)), TypeError, "float32 or float64"),
+    (lambda f, ch: f.process(np.zeros((2, 8), np.float32)), ValueError, "1-D"),
+    (lambda f, ch: f.process("abc"), TypeError, ""),
+    (lambda f, ch: f.process_inplace(np.zeros(8, ">f4")), TypeError, "float32"),
+    (lambda f, ch: f.process_inplace([0.0, 1.0]), TypeError, "ndarray"),
+    (lambda f, ch: f.process_inplace(np.zeros(16, np.float32)[::2]), ValueError, "contiguous"),
+    (lambda f, ch: f.process_inplace(READ_ONLY), ValueError, "read-only"),
+    (lambda f, ch: f.doProcess(F32, np.zeros(4, np.float32)), ValueError, "exceeds"),
+    (lambda f, ch: f.doProcess(F32, F32.copy(), 9), ValueError, "exceeds"),
+    (lambda f, ch: f.doProcess(F32, F32.copy(), -1), TypeError, ""),
+    (lambda f, ch: f.doProcess(F32[1:], F32[:-1]), ValueError, "overlap"),
+    (lambda f, ch: f.doProcess(F32, READ_ONLY), ValueError, "read-only"),
+    # Integers beyond the C++ argument types (int, short) are refused, not wrapped.
+    (lambda f, ch: f.setCoefHPF(2**40, 1000.0, 48000.0), TypeError, ""),
+    (lambda f, ch: f.setCoefLOWS(1000.0, 3.0, 48000.0, 2**20), TypeError, ""),
+    (lambda f, ch: f.power([[1.0], ["x"]], 48000.0), (TypeError, ValueError), ""),
+    (lambda f, ch: ch.process(np.ones(8, np.float32)), ValueError, "2-D"),
+    (lambda f, ch: ch.process(np.ones((3, 8), np.float32)), ValueError, "3 channels"),
+    (lambda f, ch: ch.process(X, layout="interleaved"), ValueError, "8 channels"),
+    (lambda f, ch: ch.process(X, layout="rows"), ValueError, "layout"),
+    (lambda f, ch: ch.process(np.ones((2, 8), np.int16)), TypeError, "float32 or float64"),
+    (lambda f, ch: ch.process_inplace(X.astype(np.float64)), TypeError, "float32"),
+    (lambda f, ch: ch.process_inplace(np.ones((2, 16), np.float32)[:, ::2]), ValueError, "contiguous"),
+    (lambda f, ch: ch.process_inplace(READ_ONLY_2D), ValueError, "read-only"),
 ]
 
 
 @pytest.mark.parametrize("call, error, message", BAD_CALLS)
 def test_bad_arguments_raise_clear_errors(call, error, message):
-    f = mivora.IirProcess()
+    ch = mivora.IirChannels(2)
+    f = ch.channel(0)
     f.setCoefPDFPQ(1000.0, 48000.0, 6.0, 1.0)
+    ch.process(X)
     before = f.getDelay().copy()
     with pytest.raises(error, match=message):
-        call(f)
+        call(f, ch)
     np.testing.assert_array_equal(f.getDelay(), before)
 
 
@@ -49,11 +60,20 @@ def test_meaningless_values_give_non_finite_results_as_in_cpp():
     f.setCoefPDFPQ(1000.0, 0.0, 6.0, 1.0)  # fs = 0
     assert np.isnan(f.coef()).any()
     assert np.isnan(f.process(np.ones(4, np.float32))).all()
-    f.setCoefBPF(7, 500.0, 2000.0, 48000.0)  # clamped to the largest prototype order
-    assert f.getOrder() == 2 * mivora.IirProcess.maxProtoOrder
     f.setOrder(0)
     np.testing.assert_array_equal(f.sos(), [[1, 0, 0, 1, 0, 0]])
     np.testing.assert_array_equal(f.process(F32 + 0.25), F32 + 0.25)
+
+
+def test_channel_counts_are_clamped_and_handles_keep_their_parent():
+    ch = mivora.IirChannels(40)
+    assert ch.channels == ch.getChannels() == mivora.IirChannels.maxChannels == 16
+    ch.channel(99).setCoefHPF(3, 80.0, 48000.0)  # clamped to the last channel
+    handle = mivora.IirChannels(2).channel(1)  # keeps its parent alive
+    handle.setCoefHPF(4, 80.0, 48000.0)
+    assert (ch.channel(15).getOrder(), handle.getOrder()) == (3, 4)
+    ch.setChannels(-3)
+    assert ch.channels == 0 and ch.process(np.zeros((0, 4), np.float32)).shape == (0, 4)
 
 
 def test_stubs_and_docstrings_cover_the_module():
