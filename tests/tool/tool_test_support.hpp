@@ -8,17 +8,13 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <spawn.h>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
-
-extern char** environ;
 
 namespace tool_test {
 
@@ -88,7 +84,6 @@ inline void writeAudio(const std::string& path, const Audio& audio) {
     info.format = audio.format;
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
     ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
-    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     const auto frames = static_cast<sf_count_t>(audio.samples.size() / static_cast<std::size_t>(audio.channels));
     EXPECT_EQ(sf_writef_float(file, audio.samples.data(), frames), frames);
     sf_close(file);
@@ -110,37 +105,24 @@ inline Audio readAudio(const std::string& path) {
 }
 
 
-// Runs the tool with `args` (without the program name) in `workDir`.
+// One word for the shell, quoted so that any byte reaches the tool as typed.
+inline std::string shellWord(const std::string& word) {
+    std::string quoted = "'";
+    for (char ch : word) quoted += ch == '\'' ? std::string("'\\''") : std::string(1, ch);
+    return quoted + "'";
+}
+
+// Runs the tool with `args` (without the program name) in `workDir`, stdin empty.
 inline Run runTool(const std::vector<std::string>& args, const std::string& workDir = ".") {
     const std::string capture = scratchDir("capture-" + std::to_string(::getpid()));
-    const std::string outPath = capture + "/out", errPath = capture + "/err";
-
-    std::vector<std::string> argvText{MIVORA_TOOL_PATH};
-    argvText.insert(argvText.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& a : argvText) argv.push_back(a.data());
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addchdir_np(&actions, workDir.c_str());
-    pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, MIVORA_TOOL_PATH, &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-
+    std::string command = "cd " + shellWord(workDir) + " && exec " + shellWord(MIVORA_TOOL_PATH);
+    for (const std::string& a : args) command += " " + shellWord(a);
+    command += " </dev/null >" + shellWord(capture + "/out") + " 2>" + shellWord(capture + "/err");
+    const int status = std::system(command.c_str());
     Run run;
-    if (spawned != 0) {
-        ADD_FAILURE() << "cannot start " << MIVORA_TOOL_PATH;
-        return run;
-    }
-    int status = 0;
-    ::waitpid(pid, &status, 0);
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    run.out = readText(outPath);
-    run.err = readText(errPath);
+    run.out = readText(capture + "/out");
+    run.err = readText(capture + "/err");
     return run;
 }
 
