@@ -8,11 +8,10 @@
 
 #include <cstdio>
 #include <functional>
-#include <sstream>
 
 using Mivora::IirProcess;
 using tool_test::numberRows;
-using tool_test::runTool;
+using tool_test::runWords;
 
 namespace {
 
@@ -69,15 +68,6 @@ const Case kCases[] = {
 };
 #undef CALL
 
-// `mivora coef WORDS --format FORMAT`.
-tool_test::Run runCoef(const std::string& words, const char* format) {
-    std::istringstream in(words);
-    std::vector<std::string> args{"coef"};
-    for (std::string w; in >> w;) args.push_back(w);
-    args.insert(args.end(), {"--format", format});
-    return runTool(args);
-}
-
 // The running sections as getCoef lays them out, each first-order section
 // padded to b0 b1 0 a1 0 as the csv and sos forms show it.
 std::vector<std::vector<double>> expectedRows(const Case& c) {
@@ -100,7 +90,8 @@ std::vector<std::vector<double>> expectedRows(const Case& c) {
 TEST(ToolCoef, EveryDesignPrintsTheLibraryCoefficients) {
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.words);
-        const tool_test::Run csv = runCoef(c.words, "csv"), sos = runCoef(c.words, "sos");
+        const tool_test::Run csv = runWords(std::string("coef ") + c.words + " --format csv");
+        const tool_test::Run sos = runWords(std::string("coef ") + c.words + " --format sos");
         ASSERT_EQ(csv.exitCode + sos.exitCode, 0) << csv.err << sos.err;
         const std::vector<std::vector<double>> rows = expectedRows(c);
         EXPECT_EQ(numberRows(csv.out, true), rows);
@@ -114,7 +105,7 @@ TEST(ToolCoef, EveryDesignPrintsTheLibraryCoefficients) {
 TEST(ToolCoef, AllFormatsCarryTheSameNumbers) {
     const std::vector<double> coef = expectedRows(kCases[18]).front();  // lowpass --order 5: section 0
     for (const char* format : {"text", "json", "c"}) {
-        const tool_test::Run run = runCoef(kCases[18].words, format);
+        const tool_test::Run run = runWords(std::string("coef ") + kCases[18].words + " --format " + format);
         ASSERT_EQ(run.exitCode, 0) << run.err;
         std::size_t at = 0;
         for (double v : coef) {

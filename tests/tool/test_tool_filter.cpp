@@ -56,65 +56,62 @@ std::vector<float> quantised(const std::vector<float>& samples, double steps) {
 
 TEST(ToolFilter, OutputEqualsDoProcessPerChannelInTheContainerNamed) {
     struct Case {
-        int channels, rate, in;         // the input WAV's layout and sample format
-        std::vector<std::string> args;  // the design, after `mivora filter`
-        std::vector<std::string> out;   // --out's value, then any further options
-        int expected;                   // the output's container and sample format
-        void (*design)(IirProcess&, double);
+        int channels, rate, in;  // the input WAV's layout and sample format
+        std::string design;      // after `mivora filter`
+        std::string out;         // --out's value, then any further options
+        int expected;            // the output's container and sample format
+        void (*expectedDesign)(IirProcess&, double);
     };
     const int pcm16 = SF_FORMAT_PCM_16, pcm24 = SF_FORMAT_PCM_24, float32 = SF_FORMAT_FLOAT;
     const int wav = SF_FORMAT_WAV, flac = SF_FORMAT_FLAC;
-    const std::vector<std::string> lowpass{"lowpass", "--freq", "1000"};
     void (*const lp)(IirProcess&, double) = [](IirProcess& f, double fs) { f.setCoefLPF(2, 1000, fs); };
     const Case cases[] = {
         // Not the tool's 48 kHz default: the design must follow the file.
-        {2, 44100, wav | pcm16, {"peak", "--freq", "1000", "--gain", "12", "--q", "0.5"}, {"out.wav"}, wav | pcm16,
+        {2, 44100, wav | pcm16, "peak --freq 1000 --gain 12 --q 0.5", "out.wav", wav | pcm16,
          [](IirProcess& f, double fs) { f.setCoefPDFPQ(1000, fs, 12, 0.5); }},
-        {2, 44100, wav | float32, {"bandpass", "--type", "icheby", "--order", "2", "--low", "300", "--high", "4000"},
-         {"out.wav"}, wav | float32, [](IirProcess& f, double fs) { f.setCoefBPFIChev(2, 300, 4000, 0, fs); }},
-        {2, 44100, wav | pcm16, {"dc-highpass", "--freq", "30"}, {"out.wav", "--float"}, wav | float32,
+        {2, 44100, wav | float32, "bandpass --type icheby --order 2 --low 300 --high 4000", "out.wav", wav | float32,
+         [](IirProcess& f, double fs) { f.setCoefBPFIChev(2, 300, 4000, 0, fs); }},
+        {2, 44100, wav | pcm16, "dc-highpass --freq 30", "out.wav --float", wav | float32,
          [](IirProcess& f, double fs) { f.setDcfHPF(30, fs); }},
         // More channels than one IirChannels holds.
-        {18, 48000, wav | float32, {"peak", "--freq", "300", "--gain", "-6", "--q", "2"}, {"out.wav"}, wav | float32,
+        {18, 48000, wav | float32, "peak --freq 300 --gain -6 --q 2", "out.wav", wav | float32,
          [](IirProcess& f, double fs) { f.setCoefPDFPQ(300, fs, -6, 2); }},
         // 5 kHz is above this file's fs/2, but fine at the rate given.
-        {1, 8000, wav | float32, {"lowpass", "--freq", "5000", "--fs", "48000"}, {"out.wav"}, wav | float32,
+        {1, 8000, wav | float32, "lowpass --freq 5000 --fs 48000", "out.wav", wav | float32,
          [](IirProcess& f, double) { f.setCoefLPF(2, 5000, 48000); }},
-        {2, 48000, wav | pcm24, lowpass, {"out.wav"}, wav | pcm24, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.flac"}, flac | pcm16, lp},
-        {2, 48000, wav | float32, lowpass, {"out.flac"}, flac | pcm24, lp},  // no float in FLAC: deepest PCM
-        {2, 48000, wav | pcm24, lowpass, {"OUT.AIFF"}, SF_FORMAT_AIFF | pcm24, lp},
-        {2, 48000, wav | float32, lowpass, {"out.caf"}, SF_FORMAT_CAF | float32, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.ogg"}, SF_FORMAT_OGG | SF_FORMAT_VORBIS, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.opus"}, SF_FORMAT_OGG | SF_FORMAT_OPUS, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.mp3"}, SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, lp},
-        {2, 48000, wav | float32, lowpass, {"no-extension"}, wav | float32, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.bin", "--format", "flac"}, flac | pcm16, lp},
-        {2, 48000, wav | pcm16, lowpass, {"out.flac", "--format", "w64", "--float"}, SF_FORMAT_W64 | float32, lp},
+        {2, 48000, wav | pcm24, "lowpass --freq 1000", "out.wav", wav | pcm24, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.flac", flac | pcm16, lp},
+        // No float in FLAC: the deepest PCM it holds.
+        {2, 48000, wav | float32, "lowpass --freq 1000", "out.flac", flac | pcm24, lp},
+        {2, 48000, wav | pcm24, "lowpass --freq 1000", "OUT.AIFF", SF_FORMAT_AIFF | pcm24, lp},
+        {2, 48000, wav | float32, "lowpass --freq 1000", "out.caf", SF_FORMAT_CAF | float32, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.opus", SF_FORMAT_OGG | SF_FORMAT_OPUS, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, lp},
+        {2, 48000, wav | float32, "lowpass --freq 1000", "no-extension", wav | float32, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.bin --format flac", flac | pcm16, lp},
+        {2, 48000, wav | pcm16, "lowpass --freq 1000", "out.flac --format w64 --float", SF_FORMAT_W64 | float32, lp},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE("case " + std::to_string(&c - cases) + ": " + c.args[0] + " --out " + c.out[0]);
+        SCOPED_TRACE("case " + std::to_string(&c - cases) + ": " + c.design + " --out " + c.out);
         const std::string dir = tool_test::scratchDir("filter");
+        const std::string outName = c.out.substr(0, c.out.find(' '));
         // 10000 frames span three of the tool's blocks.
         tool_test::writeAudio(dir + "/in.wav", {c.channels, c.rate, c.in, noise(10000u * c.channels, 7u)});
-        std::vector<std::string> args{"filter"};
-        args.insert(args.end(), c.args.begin(), c.args.end());
-        args.insert(args.end(), {"--in", "in.wav", "--out"});
-        args.insert(args.end(), c.out.begin(), c.out.end());
-        const tool_test::Run run = tool_test::runTool(args, dir);
+        const tool_test::Run run = tool_test::runWords("filter " + c.design + " --in in.wav --out " + c.out, dir);
         SF_INFO wanted{0, c.rate, c.channels, c.expected, 0, 0};
-        if (!sf_format_check(&wanted)) {  // a file library built without this codec
-            tool_test::expectRefused(run, "cannot write " + c.out[0]);
+        if (!sf_format_check(&wanted)) {  // a libsndfile built without this codec
+            tool_test::expectRefused(run, "cannot write " + outName);
             EXPECT_EQ(tool_test::filesIn(dir), std::vector<std::string>{"in.wav"});
             continue;
         }
         ASSERT_EQ(run.exitCode, 0) << run.err;
 
         const tool_test::Audio in = tool_test::readAudio(dir + "/in.wav");
-        const tool_test::Audio out = tool_test::readAudio(dir + "/" + c.out[0]);
+        const tool_test::Audio out = tool_test::readAudio(dir + "/" + outName);
         EXPECT_EQ(out.format & (SF_FORMAT_TYPEMASK | SF_FORMAT_SUBMASK), c.expected);
         EXPECT_EQ(std::make_pair(out.channels, out.sampleRate), std::make_pair(c.channels, c.rate));
-        const std::vector<float> expected = expectedOutput(in, c.design);
+        const std::vector<float> expected = expectedOutput(in, c.expectedDesign);
         const int sub = c.expected & SF_FORMAT_SUBMASK;
         if (sub == float32)
             EXPECT_EQ(out.samples, expected);

@@ -26,32 +26,24 @@ TEST(ToolResponse, TableEqualsPowerAndPhaseAtTheFrequenciesAsked) {
     IirProcess peak, lowpass;
     peak.setCoefPDFPQ(2000, 48000, -9, 3);
     lowpass.setCoefLPFIChev(5, 3000, 0, 32000);
-    // The peak's words followed by `range`.
-    auto peakWith = [](std::vector<std::string> range) {
-        range.insert(range.begin(), {"peak", "--freq", "2000", "--gain", "-9", "--q", "3"});
-        return range;
-    };
+    const std::string peakWords = "peak --freq 2000 --gain -9 --q 3";
     struct Case {
-        std::vector<std::string> args;  // after `mivora response`
+        std::string words;  // after `mivora response`
         const IirProcess* filter;
         double fs;
         std::vector<double> freqs;
     };
     const Case cases[] = {
-        {peakWith({"--from", "20", "--to", "20000", "--points", "13"}), &peak, 48000, logGrid(20, 20000, 13)},
-        {peakWith({"--at", "1000,2000,0,24000"}), &peak, 48000, {1000, 2000, 0, 24000}},
-        {peakWith({"--from", "1000", "--to", "1000"}), &peak, 48000, {1000}},
-        {peakWith({"--from", "1500", "--to", "1500", "--points", "1"}), &peak, 48000, {1500}},
+        {peakWords + " --from 20 --to 20000 --points 13", &peak, 48000, logGrid(20, 20000, 13)},
+        {peakWords + " --at 1000,2000,0,24000", &peak, 48000, {1000, 2000, 0, 24000}},
+        {peakWords + " --from 1000 --to 1000", &peak, 48000, {1000}},
+        {peakWords + " --from 1500 --to 1500 --points 1", &peak, 48000, {1500}},
         // Defaults: from 10 Hz to fs/2.
-        {{"lowpass", "--type", "icheby", "--order", "5", "--freq", "3000", "--fs", "32000", "--points", "9"}, &lowpass,
-         32000, logGrid(10, 16000, 9)},
+        {"lowpass --type icheby --order 5 --freq 3000 --fs 32000 --points 9", &lowpass, 32000, logGrid(10, 16000, 9)},
     };
     for (const Case& c : cases) {
-        std::vector<std::string> args{"response"};
-        args.insert(args.end(), c.args.begin(), c.args.end());
-        args.insert(args.end(), {"--format", "csv"});
-        SCOPED_TRACE(c.args[7]);
-        const tool_test::Run run = runTool(args);
+        SCOPED_TRACE(c.words);
+        const tool_test::Run run = tool_test::runWords("response " + c.words + " --format csv");
         ASSERT_EQ(run.exitCode, 0) << run.err;
 
         const auto rows = tool_test::numberRows(run.out);

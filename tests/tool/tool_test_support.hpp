@@ -90,7 +90,7 @@ inline void writeAudio(const std::string& path, const Audio& audio) {
 }
 
 // Every sample as float: integer formats come back as value / 2^(bits-1),
-// exactly, so 16-bit output can be compared exactly too.
+// exactly, so integer output can be compared exactly too.
 inline Audio readAudio(const std::string& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
@@ -124,6 +124,14 @@ inline Run runTool(const std::vector<std::string>& args, const std::string& work
     run.out = readText(capture + "/out");
     run.err = readText(capture + "/err");
     return run;
+}
+
+// `mivora WORDS`, the words split at spaces, for arguments with none in them.
+inline Run runWords(const std::string& words, const std::string& workDir = ".") {
+    std::istringstream in(words);
+    std::vector<std::string> args;
+    for (std::string w; in >> w;) args.push_back(w);
+    return runTool(args, workDir);
 }
 
 // A refused run, as a user sees it: exit status 2, nothing on stdout, and
