@@ -8,11 +8,10 @@
 
 #include <cstdio>
 #include <functional>
-#include <sstream>
 
 using Mivora::IirProcess;
 using tool_test::numberRows;
-using tool_test::runTool;
+using tool_test::runWords;
 
 namespace {
 
@@ -22,13 +21,14 @@ struct Case {
 };
 
 // One case per library design. Distinct values everywhere, so an argument
-// handed to the wrong parameter changes the coefficients.
+// handed to the wrong parameter changes the coefficients. Negative values are
+// spelt every way users type them: "--gain -5", "--gain=-4", before the name.
 #define CALL(call) [](IirProcess& f) { f.call; }
 const Case kCases[] = {
     {"peak --freq 1200 --gain 7 --q 0.8", CALL(setCoefPDFPQ(1200, 48000, 7, 0.8))},
     {"peak --variant cq --freq 900 --gain -5 --q 2 --fs 44100", CALL(setCoefPDFCQ(900, 44100, -5, 2))},
     {"lowshelf --order 1 --variant A --freq 250 --gain 6", CALL(setCoefLOWS_A(250, 6, 48000))},
-    {"lowshelf --freq 260 --gain -4", CALL(setCoefLOWS_B(260, -4, 48000))},
+    {"lowshelf --freq 260 --gain=-4", CALL(setCoefLOWS_B(260, -4, 48000))},
     {"lowshelf --order 2 --variant A --freq 270 --gain 5", CALL(setCoefLOWS_2A(270, 5, 48000))},
     {"lowshelf --order 2 --variant B --freq 280 --gain -3 --fs 96000", CALL(setCoefLOWS_2B(280, -3, 96000))},
     {"lowshelf --order 2 --variant A --damping 2 --freq 290 --gain 4", CALL(setCoefLOWS_PM_2A(290, 4, 48000))},
@@ -36,7 +36,7 @@ const Case kCases[] = {
     {"lowshelf --freq 310 --gain 9 --weight 0.3 --level -2", CALL(setCoefLowShelf_C(48000, 310, 9, 0.3, -2))},
     {"lowshelf --order 2 --freq 320 --gain -7 --weight 0.6", CALL(setCoefLowShelf_2C(48000, 320, -7, 0.6, 0))},
     {"highshelf --order 1 --variant A --freq 3100 --gain 6", CALL(setCoefHIGS_A(3100, 6, 48000))},
-    {"highshelf --freq 3200 --gain -6", CALL(setCoefHIGS_B(3200, -6, 48000))},
+    {"--gain -6 highshelf --freq 3200", CALL(setCoefHIGS_B(3200, -6, 48000))},
     {"highshelf --order 2 --variant A --freq 3300 --gain 2", CALL(setCoefHIGS_2A(3300, 2, 48000))},
     {"highshelf --order 2 --freq 3400 --gain 3", CALL(setCoefHIGS_2B(3400, 3, 48000))},
     {"highshelf --order 2 --variant A --damping 2 --freq 3500 --gain -8", CALL(setCoefHIGS_PM_2A(3500, -8, 48000))},
@@ -68,15 +68,6 @@ const Case kCases[] = {
 };
 #undef CALL
 
-// `mivora coef WORDS --format FORMAT`.
-tool_test::Run runCoef(const std::string& words, const char* format) {
-    std::istringstream in(words);
-    std::vector<std::string> args{"coef"};
-    for (std::string w; in >> w;) args.push_back(w);
-    args.insert(args.end(), {"--format", format});
-    return runTool(args);
-}
-
 // The running sections as getCoef lays them out, each first-order section
 // padded to b0 b1 0 a1 0 as the csv and sos forms show it.
 std::vector<std::vector<double>> expectedRows(const Case& c) {
@@ -99,7 +90,8 @@ std::vector<std::vector<double>> expectedRows(const Case& c) {
 TEST(ToolCoef, EveryDesignPrintsTheLibraryCoefficients) {
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.words);
-        const tool_test::Run csv = runCoef(c.words, "csv"), sos = runCoef(c.words, "sos");
+        const tool_test::Run csv = runWords(std::string("coef ") + c.words + " --format csv");
+        const tool_test::Run sos = runWords(std::string("coef ") + c.words + " --format sos");
         ASSERT_EQ(csv.exitCode + sos.exitCode, 0) << csv.err << sos.err;
         const std::vector<std::vector<double>> rows = expectedRows(c);
         EXPECT_EQ(numberRows(csv.out, true), rows);
@@ -113,7 +105,7 @@ TEST(ToolCoef, EveryDesignPrintsTheLibraryCoefficients) {
 TEST(ToolCoef, AllFormatsCarryTheSameNumbers) {
     const std::vector<double> coef = expectedRows(kCases[18]).front();  // lowpass --order 5: section 0
     for (const char* format : {"text", "json", "c"}) {
-        const tool_test::Run run = runCoef(kCases[18].words, format);
+        const tool_test::Run run = runWords(std::string("coef ") + kCases[18].words + " --format " + format);
         ASSERT_EQ(run.exitCode, 0) << run.err;
         std::size_t at = 0;
         for (double v : coef) {

@@ -1,6 +1,6 @@
 // Bad invocations and broken sound files: each gets one line on stderr, exit
 // status 2, and leaves the directory as it was: no output, no temporary,
-// nothing overwritten.
+// nothing overwritten. Help and version, by contrast, succeed.
 #include "tool_test_support.hpp"
 
 #include <gtest/gtest.h>
@@ -27,23 +27,22 @@ std::string wav(std::uint32_t channels, std::uint32_t rate, std::uint32_t bits, 
     put("data", {{dataBytes, 4}});
     return h + std::string(audioBytes, '\0');
 }
-std::string wav(std::uint32_t channels, std::uint32_t rate, std::uint32_t bits, std::uint32_t dataBytes) {
-    return wav(channels, rate, bits, dataBytes, dataBytes);
-}
 
-// Broken files, each given as --in to `filter peak --gain 3 --freq 1000`.
-std::vector<std::pair<std::string, std::string>> badFiles() {
-    const std::string good = wav(1, 8000, 16, 1600);
-    std::vector<std::pair<std::string, std::string>> files = {
-        {"empty.wav", ""},
-        {"no-channels.wav", wav(0, 8000, 16, 1600)},
-        {"65535-channels.wav", wav(65535, 8000, 8, 65535 * 4)},
-        {"rate-0.wav", wav(1, 0, 16, 1600)},
-        {"promises-2GB.wav", wav(1, 8000, 16, 0x7ffffff0u, 1600)},
+// Broken files, each given as --in to `filter peak --gain 3 --freq 1000`,
+// with the tool's own reason where it has one (else the file library's).
+struct BadFile {
+    std::string name, bytes, reason;
+};
+std::vector<BadFile> badFiles() {
+    return {
+        {"empty.wav", "", ""},
+        {"no-channels.wav", wav(0, 8000, 16, 1600, 1600), ""},
+        {"65535-channels.wav", wav(65535, 8000, 8, 65535 * 4, 65535 * 4), ""},
+        {"rate-0.wav", wav(1, 0, 16, 1600, 1600), ""},
+        // Headers that promise more audio than follows; the second ends inside a sample.
+        {"promises-2GB.wav", wav(1, 8000, 16, 0x7ffffff0u, 1600), "the file is truncated"},
+        {"cut-short.wav", wav(1, 8000, 16, 1600, 1599), "the file is truncated"},
     };
-    // The good file cut short inside the header and inside the samples.
-    for (std::size_t cut : {20u, 45u, 1643u}) files.push_back({"cut-" + std::to_string(cut) + ".wav", good.substr(0, cut)});
-    return files;
 }
 
 struct Case {
@@ -54,7 +53,6 @@ struct Case {
 std::vector<Case> cases() {
     std::vector<Case> cases = {
         {{}, "no command given"},
-        {{"frobnicate"}, "unknown command 'frobnicate'"},
         // What the user typed is quoted with its control characters escaped, so
         // the message stays one line and cannot drive the terminal.
         {{"frob\nnicate\x1b[2J"}, "unknown command 'frob\\nnicate\\x1b[2J'"},
@@ -63,7 +61,6 @@ std::vector<Case> cases() {
         {{"coef", "peak", "--gain", "3", "--frq", "100"}, "unknown option --frq"},
         {{"coef", "peak", "--gain", "3", "stray"}, "unexpected argument 'stray'"},
         {{"coef", "peak", "--gain"}, "--gain"},
-        {{"coef", "peak", "--gain", "loud"}, "--gain: 'loud' is not a number"},
         {{"coef", "peak", "--gain", "nan"}, "not a finite number"},
         {{"coef", "peak", "--gain", "1e308"}, "not finite"},
         {{"coef", "peak"}, "needs --gain"},
@@ -74,7 +71,6 @@ std::vector<Case> cases() {
         {{"coef", "lowpass", "--order", "6"}, "--order must be a whole number from 1 to 5"},
         {{"coef", "bandstop", "--order", "3"}, "--order must be a whole number from 1 to 2"},
         {{"coef", "lowpass", "--ripple", "1"}, "--ripple does not apply to lowpass --type butter"},
-        {{"coef", "lowshelf", "--gain", "3", "--damping", "2"}, "--damping does not apply"},
         {{"coef", "lowpass", "--type", "elliptic"}, "--type must be one of"},
         {{"coef", "lowpass", "--type", "cheby", "--ripple", "0"}, "--ripple must be above 0"},
         {{"coef", "lowpass", "--type", "icheby", "--stop-level", "960"}, "--stop-level must be below 960"},
@@ -90,7 +86,6 @@ std::vector<Case> cases() {
         {{"response", "peak", "--gain", "3", "--svg", "missing/plot.svg"}, "cannot write missing/plot.svg"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav"}, "--out"},
         {{"filter", "peak", "--gain", "3", "--in", "absent.wav", "--out", "out.wav"}, "cannot read absent.wav"},
-        {{"filter", "peak", "--gain", "3", "--in", "notaudio.txt", "--out", "out.wav"}, "cannot read notaudio.txt"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "in.wav"}, "--out must differ from --in"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "missing/out.wav"}, "cannot write missing/out.wav"},
         {{"filter", "peak", "--gain", "3", "--in", "in.wav", "--out", "subdir"}, "cannot write subdir"},
@@ -103,9 +98,9 @@ std::vector<Case> cases() {
         // The design is checked before any file is opened.
         {{"filter", "peak", "--in", "absent.wav", "--out", "out.wav"}, "needs --gain"},
     };
-    for (const auto& [name, bytes] : badFiles())
-        cases.push_back({{"filter", "peak", "--gain", "3", "--freq", "1000", "--in", name, "--out", "out.wav"},
-                         name == "promises-2GB.wav" ? "truncated" : "cannot read " + name});
+    for (const BadFile& f : badFiles())
+        cases.push_back({{"filter", "peak", "--gain", "3", "--freq", "1000", "--in", f.name, "--out", "out.wav"},
+                         "cannot read " + f.name + ": " + f.reason});
     return cases;
 }
 
@@ -113,11 +108,12 @@ std::vector<Case> cases() {
 
 TEST(ToolErrors, BadInvocationsAndFilesExitTwoWithOneLineAndNoOutput) {
     const std::string dir = tool_test::scratchDir("errors");
-    tool_test::writeAudio(dir + "/in.wav", {1, 8000, SF_FORMAT_WAV | SF_FORMAT_PCM_16, std::vector<float>(800, 0.25f)});
-    tool_test::writeText(dir + "/notaudio.txt", "not a sound\n");
+    // The broken files' intact counterpart: the cases that get past reading it
+    // show that the others fail for what they break.
+    tool_test::writeText(dir + "/in.wav", wav(1, 8000, 16, 1600, 1600));
     tool_test::writeText(dir + "/old.wav", "an older file that must stay as it is\n");
     std::filesystem::create_directory(dir + "/subdir");
-    for (const auto& [name, bytes] : badFiles()) tool_test::writeText(dir + "/" + name, bytes);
+    for (const BadFile& f : badFiles()) tool_test::writeText(dir + "/" + f.name, f.bytes);
     const std::vector<std::string> before = tool_test::filesIn(dir);
 
     for (const Case& c : cases()) {
@@ -131,17 +127,14 @@ TEST(ToolErrors, BadInvocationsAndFilesExitTwoWithOneLineAndNoOutput) {
     EXPECT_TRUE(tool_test::filesIn(dir + "/subdir").empty());
 }
 
-TEST(ToolErrors, TheIntactFileAndManyChannelsAreAccepted) {
-    // The counterpart of the broken files, so they fail for the fault they
-    // name: the same header with all its audio, and 1024 channels (the most
-    // the file library reads) are filtered.
-    const std::string dir = tool_test::scratchDir("good-audio");
-    for (const auto& [channels, frames] : {std::pair{1u, 800u}, std::pair{1024u, 4u}}) {
-        SCOPED_TRACE(channels);
-        tool_test::writeText(dir + "/in.wav", wav(channels, 8000, 16, channels * 2 * frames));
-        const tool_test::Run run = runTool(
-            {"filter", "peak", "--gain", "3", "--freq", "1000", "--in", "in.wav", "--out", "out.wav"}, dir);
-        EXPECT_EQ(run.exitCode, 0) << run.err;
-        EXPECT_EQ(tool_test::readAudio(dir + "/out.wav").samples.size(), channels * frames);
+TEST(ToolErrors, HelpAndVersionPrintAndSucceed) {
+    const std::vector<std::vector<std::string>> calls{{"--help"}, {"--version"}, {"coef", "--help"}};
+    for (const std::vector<std::string>& args : calls) {
+        const tool_test::Run run = runTool(args);
+        EXPECT_EQ(run.exitCode, 0) << args.back();
+        EXPECT_EQ(run.err, "");
+        EXPECT_NE(run.out, "");
     }
+    // A command's help lists its design options.
+    EXPECT_NE(runTool({"coef", "--help"}).out.find("--stop-level"), std::string::npos);
 }

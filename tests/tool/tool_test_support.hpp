@@ -8,17 +8,13 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <spawn.h>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
-
-extern char** environ;
 
 namespace tool_test {
 
@@ -88,14 +84,13 @@ inline void writeAudio(const std::string& path, const Audio& audio) {
     info.format = audio.format;
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
     ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
-    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     const auto frames = static_cast<sf_count_t>(audio.samples.size() / static_cast<std::size_t>(audio.channels));
     EXPECT_EQ(sf_writef_float(file, audio.samples.data(), frames), frames);
     sf_close(file);
 }
 
 // Every sample as float: integer formats come back as value / 2^(bits-1),
-// exactly, so 16-bit output can be compared exactly too.
+// exactly, so integer output can be compared exactly too.
 inline Audio readAudio(const std::string& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
@@ -110,38 +105,33 @@ inline Audio readAudio(const std::string& path) {
 }
 
 
-// Runs the tool with `args` (without the program name) in `workDir`.
+// One word for the shell, quoted so that any byte reaches the tool as typed.
+inline std::string shellWord(const std::string& word) {
+    std::string quoted = "'";
+    for (char ch : word) quoted += ch == '\'' ? std::string("'\\''") : std::string(1, ch);
+    return quoted + "'";
+}
+
+// Runs the tool with `args` (without the program name) in `workDir`, stdin empty.
 inline Run runTool(const std::vector<std::string>& args, const std::string& workDir = ".") {
     const std::string capture = scratchDir("capture-" + std::to_string(::getpid()));
-    const std::string outPath = capture + "/out", errPath = capture + "/err";
-
-    std::vector<std::string> argvText{MIVORA_TOOL_PATH};
-    argvText.insert(argvText.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& a : argvText) argv.push_back(a.data());
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addchdir_np(&actions, workDir.c_str());
-    pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, MIVORA_TOOL_PATH, &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-
+    std::string command = "cd " + shellWord(workDir) + " && exec " + shellWord(MIVORA_TOOL_PATH);
+    for (const std::string& a : args) command += " " + shellWord(a);
+    command += " </dev/null >" + shellWord(capture + "/out") + " 2>" + shellWord(capture + "/err");
+    const int status = std::system(command.c_str());
     Run run;
-    if (spawned != 0) {
-        ADD_FAILURE() << "cannot start " << MIVORA_TOOL_PATH;
-        return run;
-    }
-    int status = 0;
-    ::waitpid(pid, &status, 0);
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    run.out = readText(outPath);
-    run.err = readText(errPath);
+    run.out = readText(capture + "/out");
+    run.err = readText(capture + "/err");
     return run;
+}
+
+// `mivora WORDS`, the words split at spaces, for arguments with none in them.
+inline Run runWords(const std::string& words, const std::string& workDir = ".") {
+    std::istringstream in(words);
+    std::vector<std::string> args;
+    for (std::string w; in >> w;) args.push_back(w);
+    return runTool(args, workDir);
 }
 
 // A refused run, as a user sees it: exit status 2, nothing on stdout, and
