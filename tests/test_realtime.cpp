@@ -74,15 +74,15 @@ namespace {
 
 using namespace mivora_test;
 
-// Counts allocations made between construction and count().
-struct AllocationWindow {
-    AllocationWindow() noexcept {
-        gCalls = 0;
-        gArmed = true;
-    }
-    ~AllocationWindow() { gArmed = false; }
-    long count() noexcept { return gArmed = false, gCalls.load(); }
-};
+// The allocations made while fn runs.
+template <class F>
+long allocationsDuring(F fn) {
+    gCalls = 0;
+    gArmed = true;
+    fn();
+    gArmed = false;
+    return gCalls.load();
+}
 
 // Keeps the compiler from removing an allocation whose result is unused.
 void escape(void* p) { asm volatile("" : : "g"(p) : "memory"); }
@@ -94,25 +94,21 @@ TEST(RealTime, NoPublicOperationAllocates) {
     // First the counter itself, so that a broken hook cannot pass vacuously:
     // a malloc and an operator new must both be seen.
     void* (*volatile mallocFn)(std::size_t) = std::malloc;
-    {
-        AllocationWindow window;
+    const long seen = allocationsDuring([&] {
         void* p = mallocFn(64);
         escape(p);
         std::string s(200, 'x');
         escape(s.data());
         std::free(p);
-        EXPECT_GE(window.count(), 2);
-    }
+    });
+    EXPECT_GE(seen, 2);
     // Several rounds, so each operation meets several argument sets and
     // follows different predecessors (order changes, odd and even orders).
     TypicalDriver driver;
     IirProcess f(5);
     for (int round = 0; round < 6; ++round)
-        for (const Operation<TypicalDriver>& op : kOperations<TypicalDriver>) {
-            AllocationWindow window;
-            op.run(f, driver);
-            EXPECT_EQ(window.count(), 0) << op.name << " allocated, round " << round;
-        }
+        for (const Operation<TypicalDriver>& op : kOperations<TypicalDriver>)
+            EXPECT_EQ(allocationsDuring([&] { op.run(f, driver); }), 0) << op.name << " allocated, round " << round;
 }
 
 }  // namespace
