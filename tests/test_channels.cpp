@@ -10,8 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <string>
 
@@ -62,9 +62,7 @@ IirProcess randomFilter(Rng& rng) {
 }
 
 std::vector<float> randomInput(Rng& rng, std::size_t n) {
-    const float specials[] = {0.0f, -0.0f, std::numeric_limits<float>::denorm_min(), -1e-40f,
-                              std::numeric_limits<float>::max(), -std::numeric_limits<float>::infinity(),
-                              std::numeric_limits<float>::infinity(), std::nanf("")};
+    const float specials[] = {0.0f, -0.0f, FLT_TRUE_MIN, -1e-40f, FLT_MAX, -INFINITY, INFINITY, NAN};
     std::vector<float> v = noise(n, static_cast<unsigned>(rng()));
     for (float& x : v)
         if (pick(rng, 0, 199) == 0) x = specials[pick(rng, 0, 7)];

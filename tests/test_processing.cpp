@@ -5,8 +5,8 @@
 // entry points: which stages its order runs, cal against doProcess.
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cmath>
-#include <limits>
 #include <numeric>
 #include <random>
 
@@ -126,12 +126,9 @@ TEST(Processing, EveryPathMatchesThePlainEquations) {
 // no step turns a zero's sign (the kernels form some rounded products other
 // than by a plain multiply).
 TEST(Processing, SpecialValuesTakeTheSameCourseOnEveryPath) {
-    const float fmax = std::numeric_limits<float>::max();
-    const float fsub = std::numeric_limits<float>::denorm_min();
-    const float inf = std::numeric_limits<float>::infinity();
     const std::vector<float> pieces[] = {
-        {-0.0f, -0.0f, 0.0f, -0.0f},   {fsub, -fsub, 3 * fsub, 1e-40f, -1e-39f}, {fmax, fmax, -fmax, 1.0f, fmax},
-        {inf, 0.0f, -inf, 1.0f},       {std::nanf(""), 0.0f, 1.0f},
+        {-0.0f, -0.0f, 0.0f, -0.0f}, {FLT_TRUE_MIN, -FLT_TRUE_MIN, 3 * FLT_TRUE_MIN, 1e-40f, -1e-39f},
+        {FLT_MAX, FLT_MAX, -FLT_MAX, 1.0f, FLT_MAX}, {INFINITY, 0.0f, -INFINITY, 1.0f}, {NAN, 0.0f, 1.0f},
     };
     forEachPathAndStageSet(5, [&](Path path, const PlainFilter& random, std::mt19937& rng) {
         // Gains that push results out of range and back into subnormals.
