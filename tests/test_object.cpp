@@ -36,9 +36,8 @@ TEST(Object, OrderSplitAndClampingForEveryEntryPoint) {
 
 // Placed in caller memory full of garbage, so that the zeroing shows.
 TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
-    alignas(IirProcess) unsigned char storage[512];
+    alignas(IirProcess) unsigned char storage[sizeof(IirProcess)];
     ASSERT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
-    ASSERT_LE(sizeof(IirProcess), sizeof storage);
     std::memset(storage, 0xA5, sizeof storage);
     auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
     const IirProcess* five = new (storage) IirProcess(alloc, 5);  // order 5 reads every coefficient
