@@ -45,7 +45,8 @@ TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
     EXPECT_EQ(coefs(*five), std::vector<double>(13, 0.0));
     EXPECT_EQ(state(*five), std::vector<double>(10, 0.0));
     IirProcess withAlloc(alloc), plain;
-    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2 && plain.getMemAlloc() == nullptr);
+    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2);
+    EXPECT_TRUE(plain.getMemAlloc() == nullptr && plain.getOrder() == 2);
 }
 
 TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {
