@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 #include <numeric>
+#include <tuple>
 
 #include "operation_table.hpp"
 #include "test_support.hpp"
@@ -35,9 +36,8 @@ TEST(Object, OrderSplitAndClampingForEveryEntryPoint) {
 
 // Placed in caller memory full of garbage, so that the zeroing shows.
 TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
-    alignas(IirProcess) unsigned char storage[512];
+    alignas(IirProcess) unsigned char storage[sizeof(IirProcess)];
     ASSERT_EQ(IirProcess::CalculateWorkSize(), sizeof(IirProcess));
-    ASSERT_LE(sizeof(IirProcess), sizeof storage);
     std::memset(storage, 0xA5, sizeof storage);
     auto* alloc = reinterpret_cast<Mivora::VqMemAlloc*>(0x1000);
     const IirProcess* five = new (storage) IirProcess(alloc, 5);  // order 5 reads every coefficient
@@ -45,7 +45,8 @@ TEST(Object, ConstructionInCallerMemoryZeroesEverythingAndStoresTheAllocator) {
     EXPECT_EQ(coefs(*five), std::vector<double>(13, 0.0));
     EXPECT_EQ(state(*five), std::vector<double>(10, 0.0));
     IirProcess withAlloc(alloc), plain;
-    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2 && plain.getMemAlloc() == nullptr);
+    EXPECT_TRUE(withAlloc.getMemAlloc() == alloc && withAlloc.getOrder() == 2);
+    EXPECT_TRUE(plain.getMemAlloc() == nullptr && plain.getOrder() == 2);
 }
 
 TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {
@@ -68,39 +69,32 @@ TEST(Object, SetOrderClearAndClearDelayTouchOnlyWhatTheyName) {
     EXPECT_EQ(state(delayCleared), std::vector<double>(10, 0.0));
 }
 
-TEST(Object, SetDelayFillsRunningSectionsAndTheFirstOrderState) {
-    const std::pair<int, std::vector<double>> cases[] = {
-        {2, {7, 7, 7, 7, 0, 0, 0, 0, 7, 7}},
-        {5, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
-        {1, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
-        {-4, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
-    };
-    for (const auto& [order, expected] : cases) {
-        IirProcess f(order);
-        f.setDelay(7.0);
-        EXPECT_EQ(state(f), expected) << "order " << order;
-    }
-}
-
-TEST(Object, GetCoefWritesExactlyTheRunningSections) {
+// At each order, getCoef writes exactly the running sections (five zeros at
+// even order 0, the first-order three after the sections at odd orders) and
+// nothing past them; setDelay fills the running sections' state and always
+// the first-order state.
+TEST(Object, GetCoefAndSetDelayCoverExactlyTheRunningSections) {
     constexpr double U = 12345.0;  // untouched marker
-    const std::pair<int, std::vector<double>> cases[] = {
-        {0, {0, 0, 0, 0, 0}},
-        {1, {11, 12, 13, 0, 0}},
-        {2, {1, 2, 3, 4, 5}},
-        {3, {1, 2, 3, 4, 5, 11, 12, 13}},
-        {4, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
-        {5, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
-        {-2, {}},
-        {-3, {11, 12, 13}},
-        {9, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
+    const std::tuple<int, Values, Values> cases[] = {  // order, getCoef, state after setDelay(7)
+        {0, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
+        {1, {11, 12, 13, 0, 0}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
+        {2, {1, 2, 3, 4, 5}, {7, 7, 7, 7, 0, 0, 0, 0, 7, 7}},
+        {3, {1, 2, 3, 4, 5, 11, 12, 13}, {7, 7, 7, 7, 0, 0, 0, 0, 7, 7}},
+        {4, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
+        {5, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
+        {-2, {}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
+        {-3, {11, 12, 13}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
+        {9, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
     };
-    for (const auto& [order, written] : cases) {
+    for (const auto& [order, written, filled] : cases) {
+        IirProcess f = marked(order);
         std::vector<double> out(IirProcess::maxCoefCount + 4, U);  // guard entries past the maximum
-        marked(order).getCoef(out.data());
+        f.getCoef(out.data());
         std::vector<double> expected = written;
         expected.resize(out.size(), U);
         EXPECT_EQ(out, expected) << "order " << order;
+        f.setDelay(7.0);
+        EXPECT_EQ(state(f), filled) << "order " << order;
     }
 }
 

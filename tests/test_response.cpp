@@ -33,7 +33,6 @@ TEST(Response, AnExactZeroReadsMinusOneHundredDecibels) {
     IirProcess zeroAtDc = holding(2, {1.0, -1.0, 0.0, 0.5, 0.0});  // numerator 1 - z^-1
     for (double freq : {0.0, 100.0, 23999.0}) EXPECT_EQ(fresh.power(freq, 48000.0), -100.0);
     EXPECT_EQ(zeroAtDc.power(0.0, 48000.0), -100.0);
-    EXPECT_TRUE(std::isnan(sample(2).power(1000.0, 0.0)));  // fs = 0
 }
 
 }  // namespace

@@ -48,11 +48,9 @@ int main() {
     }
 
     double inPower = 0.0, outPower = 0.0;
-    for (std::size_t i = 0; i < signal.size(); ++i) {
-        if (i >= signal.size() / 2) {
-            inPower += static_cast<double>(input[i]) * input[i];
-            outPower += static_cast<double>(signal[i]) * signal[i];
-        }
+    for (std::size_t i = signal.size() / 2; i < signal.size(); ++i) {
+        inPower += static_cast<double>(input[i]) * input[i];
+        outPower += static_cast<double>(signal[i]) * signal[i];
     }
     expectNear("measured gain at centre (dB)", 10.0 * std::log10(outPower / inPower), 6.0, 0.05);
 

@@ -9,6 +9,7 @@
 #include <mivora/IirProcess.h>
 
 #include <cmath>
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -77,6 +78,12 @@ inline PlainFilter plainCopy(const Mivora::IirProcess& f) {
     p.delay1st[0] = s[8];
     p.delay1st[1] = s[9];
     return p;
+}
+
+// Equal bits, except that any NaN matches any NaN: which operand's payload an
+// operation passes on is the instruction's business, not the filter's.
+inline bool sameBits(double a, double b) {
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 // Deterministic noise in [-1, 1).
