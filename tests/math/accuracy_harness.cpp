@@ -1,6 +1,7 @@
 // Input generators and the MPFR reference of accuracy_harness.hpp.
 #include "accuracy_harness.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -147,6 +148,9 @@ std::vector<double> commonSpecials() {
 
 std::uint64_t samplesPerFunction() { return envCount("MIVORA_MATH_SAMPLES", 100000); }
 std::uint64_t seed() { return envCount("MIVORA_MATH_SEED", 20261123); }
+std::uint64_t hardInputs() {
+    return samplesPerFunction() / std::max<std::uint64_t>(1, envCount("MIVORA_MATH_HARD_SHARE", 400));
+}
 
 double reference(Mpfr1 f, double x) { return correctlyRounded(f, x); }
 double reference(Mpfr2 f, std::pair<double, double> xy) { return correctlyRounded(f, xy); }

@@ -1,7 +1,8 @@
 // Bit-for-bit comparison of Mivora::math against MPFR, table-driven: each
 // function is a row naming our function, MPFR's, and how to draw inputs.
 // MIVORA_MATH_SAMPLES sets the random inputs per function (default 100000),
-// MIVORA_MATH_SEED the seed (default fixed, so every run checks the same).
+// MIVORA_MATH_SEED the seed (default fixed, so every run checks the same),
+// MIVORA_MATH_HARD_SHARE how many times fewer near-midpoint inputs (400).
 #ifndef MIVORA_ACCURACY_HARNESS_HPP
 #define MIVORA_ACCURACY_HARNESS_HPP
 
@@ -53,7 +54,7 @@ Draw2 nearMidpoint(Mpfr2 f, Draw2 from, int bits);
 std::vector<double> commonSpecials();
 
 std::uint64_t samplesPerFunction();
-constexpr std::uint64_t kHardShare = 400;  // hard inputs: samplesPerFunction() / kHardShare
+std::uint64_t hardInputs();  // near-midpoint inputs per row: samples / MIVORA_MATH_HARD_SHARE (400)
 std::uint64_t seed();
 
 // The correctly rounded double of f(x) (or f(x, y)), by MPFR with the

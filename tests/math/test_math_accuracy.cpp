@@ -62,7 +62,7 @@ void expectBitForBit(const Row& row) {
     for (const auto& in : row.specials) check(in);
     const std::uint64_t n = samplesPerFunction();
     for (std::uint64_t i = 0; i < n; ++i) check(row.draws[i % row.draws.size()](rng));
-    const std::uint64_t nHard = row.hard.empty() ? 0 : n / kHardShare;
+    const std::uint64_t nHard = row.hard.empty() ? 0 : hardInputs();
     for (std::uint64_t i = 0; i < nHard; ++i) check(row.hard[i % row.hard.size()](rng));
     EXPECT_EQ(mismatches, 0) << "of " << row.specials.size() + n + nHard << " inputs";
 }
