@@ -34,7 +34,6 @@ int main() {
 
     expectNear("power at centre (dB)", eq->power(centre, fs), 6.0, 1e-6);
     expectNear("power at 20 Hz (dB)", eq->power(20.0, fs), 0.0, 0.05);
-    expectNear("power at 20 kHz (dB)", eq->power(20000.0, fs), 0.0, 0.1);
 
     // Two seconds of a 1 kHz tone; the second, once settled, is measured against
     // the tone's own power, amplitude^2 / 2 over its 1000 whole periods.

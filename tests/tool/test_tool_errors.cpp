@@ -8,8 +8,6 @@
 #include <cstdint>
 #include <filesystem>
 
-using tool_test::runTool;
-
 namespace {
 
 // A PCM WAV file: a 44-byte header declaring dataBytes, then `audioBytes` of silence.
@@ -120,7 +118,7 @@ TEST(ToolErrors, BadInvocationsAndFilesExitTwoWithOneLineAndNoOutput) {
         std::string shown;
         for (const std::string& a : c.args) shown += " " + a;
         SCOPED_TRACE("mivora" + shown);
-        tool_test::expectRefused(runTool(c.args, dir), c.message);
+        tool_test::expectRefused(tool_test::runTool(c.args, dir), c.message);
         EXPECT_EQ(tool_test::filesIn(dir), before);
     }
     EXPECT_EQ(tool_test::readText(dir + "/old.wav"), "an older file that must stay as it is\n");
