@@ -20,7 +20,6 @@ namespace {
 
 using Mivora::IirProcess;
 const double kNaN = std::nan("");
-const double kInf = HUGE_VAL;
 
 // Everything a design may take; each design reads the fields it needs.
 struct Params {
@@ -277,7 +276,7 @@ void walkStateOperations(Recorder& rec) {
         const IirProcess made[] = {IirProcess(n), IirProcess(nullptr, n)};
         for (const IirProcess& f : made) recordFilter(rec, "IirProcess(order)", f, args);
     }
-    const double setTo[] = {0.0, -0.0, 0.25, -1e300, kInf, kNaN};
+    const double setTo[] = {0.0, -0.0, 0.25, -1e300, HUGE_VAL, kNaN};
     for (double v : setTo) {
         const Values args{v};
         IirProcess f = busyFilter();

@@ -65,20 +65,15 @@ struct OneArg {
 // bit patterns, and a dense sample of [xlo, xhi] x [ylo, yhi].
 void walkTwoArg(Recorder& rec, const char* group, double (*fn)(double, double) noexcept, std::uint64_t seed,
                 double xlo, double xhi, double ylo, double yhi) {
-    List firsts = specials(), seconds = specials();
+    List seconds = specials();
     for (double v : exactCases()) seconds.push_back(v);
-    seconds.push_back(0.5);
-    seconds.push_back(-0.5);
-    seconds.push_back(1.0 / 3.0);
-    for (double x : firsts)
+    seconds.insert(seconds.end(), {0.5, -0.5, 1.0 / 3.0});
+    for (double x : specials())
         for (double y : seconds) rec.add(group, Values{x, y}, Values{fn(x, y)});
     SplitMix r{seed};
-    for (int i = 0; i < 1024; ++i) {
-        const double x = r.anyBits(), y = r.anyBits();
-        rec.add(group, Values{x, y}, Values{fn(x, y)});
-    }
-    for (int i = 0; i < 1536; ++i) {
-        const double x = r.uniform(xlo, xhi), y = r.uniform(ylo, yhi);
+    for (int i = 0; i < 1024 + 1536; ++i) {
+        const double x = i < 1024 ? r.anyBits() : r.uniform(xlo, xhi);
+        const double y = i < 1024 ? r.anyBits() : r.uniform(ylo, yhi);
         rec.add(group, Values{x, y}, Values{fn(x, y)});
     }
 }

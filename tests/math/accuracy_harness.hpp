@@ -63,6 +63,13 @@ double reference(Mpfr1 f, double x);
 double reference(Mpfr2 f, std::pair<double, double> xy);
 bool sameBits(double a, double b);  // NaNs match any NaN
 
+// a followed by b: rows of two families, special values of two kinds.
+template <class T>
+std::vector<T> joined(std::vector<T> a, const std::vector<T>& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 // Rows of each family.
 std::vector<UnaryRow> expLogUnaryRows();
 std::vector<BinaryRow> expLogBinaryRows();

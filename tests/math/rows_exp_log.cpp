@@ -22,11 +22,6 @@ Draw positiveAny() {
     return [](Rng& r) { return std::fabs(anyFinite()(r)); };
 }
 
-std::vector<double> with(std::vector<double> v, const std::vector<double>& more) {
-    v.insert(v.end(), more.begin(), more.end());
-    return v;
-}
-
 std::vector<double> integers(int lo, int hi) {
     std::vector<double> v;
     for (int i = lo; i <= hi; ++i) v.push_back(i);
@@ -79,20 +74,21 @@ double exp10Accurate(double x) {
 
 std::vector<UnaryRow> expLogUnaryRows() {
     const double tiny = std::numeric_limits<double>::denorm_min();
-    std::vector<double> expEdges = with(commonSpecials(), {709.782712893384, 709.7827128933841, -708.3964185322641,
-                                                           -708.39641853226420, -745.1332191019411, -745.1332191019412,
-                                                           -744.44007192138122, 0x1p-54, -0x1p-54, 0x1p-53, 1e-300});
-    std::vector<double> exp10Edges = with(with(commonSpecials(), integers(-330, 330)),
-                                          {308.25471555991675, 308.2547155599168, -307.65265556858878, -323.60724622,
-                                           -323.30621622, 0x1p-56, 0x1p-55});
-    std::vector<double> logEdges = with(with(commonSpecials(), powersOfTen()),
-                                        {tiny, 3 * tiny, 0x1p-1022, 0x1p1023, 10.0, 100.0, 2.718281828459045});
+    std::vector<double> expEdges =
+        joined(commonSpecials(), {709.782712893384, 709.7827128933841, -708.3964185322641, -708.39641853226420,
+                                  -745.1332191019411, -745.1332191019412, -744.44007192138122, 0x1p-54, -0x1p-54,
+                                  0x1p-53, 1e-300});
+    std::vector<double> exp10Edges = joined(joined(commonSpecials(), integers(-330, 330)),
+                                            {308.25471555991675, 308.2547155599168, -307.65265556858878, -323.60724622,
+                                             -323.30621622, 0x1p-56, 0x1p-55});
+    std::vector<double> logEdges = joined(joined(commonSpecials(), powersOfTen()),
+                                          {tiny, 3 * tiny, 0x1p-1022, 0x1p1023, 10.0, 100.0, 2.718281828459045});
     const Draw nearOne = uniform(0.99, 1.01);
     const std::vector<Draw> logDraws = {positiveAny(), uniform(1.0, 1e6), nearOne, logUniform(tiny, 0x1p-1022)};
     const std::vector<Draw> hyperbolicDraws = {uniform(0.0, 20.0), uniform(-1.0, 1.0), signedAnyFinite(800.0),
                                                uniform(-711.0, 711.0), logUniform(0x1p-30, 0x1p-20)};
     const std::vector<double> hyperbolicEdges =
-        with(commonSpecials(), {0x1p-26, 0.5, 40.0, 710.4758600739439, 710.475860073944, 709.7});
+        joined(commonSpecials(), {0x1p-26, 0.5, 40.0, 710.4758600739439, 710.475860073944, 709.7});
     const std::vector<Draw> hyperbolicSlow = {uniform(0x1p-26, 1.0), uniform(0.0, 710.0)};
     return {
         {"exp", m::exp, mpfr_exp,
