@@ -84,7 +84,6 @@ TEST(Object, GetCoefAndSetDelayCoverExactlyTheRunningSections) {
         {5, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
         {-2, {}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
         {-3, {11, 12, 13}, {0, 0, 0, 0, 0, 0, 0, 0, 7, 7}},
-        {9, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {7, 7, 7, 7, 7, 7, 7, 7, 7, 7}},
     };
     for (const auto& [order, written, filled] : cases) {
         IirProcess f = marked(order);
