@@ -5,6 +5,7 @@
 // entry points: which stages its order runs, cal against doProcess.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <numeric>
@@ -22,30 +23,13 @@ namespace {
 
 StageView view(PlainFilter& f) { return {f.delay, f.coef, f.delay1st, f.coef1st, f.sections, f.first}; }
 
-// Stable sections (poles at radius < 1) with arbitrary zeros, and a busy state.
-PlainFilter randomFilter(std::mt19937& rng, int sections, bool first) {
-    std::uniform_real_distribution<double> u(-1.0, 1.0), radius(0.2, 0.999), angle(0.0, kPi);
-    PlainFilter f{};
-    for (int k = 0; k < 2; ++k) {
-        const double r = radius(rng), theta = angle(rng);
-        const double c[5] = {2 * u(rng), 2 * u(rng), 2 * u(rng), 2 * r * std::cos(theta), -r * r};
-        std::copy(c, c + 5, f.coef + 5 * k);
-    }
-    f.coef1st[0] = 2 * u(rng), f.coef1st[1] = 2 * u(rng), f.coef1st[2] = 0.99 * u(rng);
-    for (double& s : f.delay) s = u(rng);
-    for (double& s : f.delay1st) s = u(rng);
-    f.sections = sections, f.first = first;
+// An object of the order given holding stable sections, with a busy state.
+IirProcess randomObject(std::mt19937& rng, int order) {
+    IirProcess f = holding(order, randomStableCoefs(rng));
+    std::uniform_real_distribution<double> u(-1.0, 1.0);
+    for (Field k : {kDelayField, kDelay1stField})
+        std::generate_n(field(f, k).first, field(f, k).second, [&] { return u(rng); });
     return f;
-}
-
-template <class T>
-void expectIdentical(const std::vector<T>& got, const std::vector<T>& want, const char* what) {
-    ASSERT_EQ(got.size(), want.size());
-    for (std::size_t i = 0; i < got.size(); ++i)
-        if (!sameBits(got[i], want[i])) {
-            ADD_FAILURE() << what << " differs at " << i << ": " << got[i] << " vs " << want[i];
-            return;
-        }
 }
 
 // A build with the FMA3 kernels must use them exactly where the CPU can:
@@ -61,14 +45,14 @@ TEST(Processing, FmaKernelsRunWhereTheCpuHasFma) {
 }
 
 // body(path, filter, rng) for every available path and every stage set
-// (0 to 2 sections, with or without the first-order one).
+// (orders 0 to 5: 0 to 2 sections, with or without the first-order one).
 template <class Body>
 void forEachPathAndStageSet(unsigned seed, Body body) {
     std::mt19937 rng(seed);
     for (Path path : Mivora::detail::allPaths)
-        for (int stages = 0; stages < 6 && Mivora::detail::pathAvailable(path); ++stages) {
-            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", stages " << stages);
-            body(path, randomFilter(rng, stages / 2, stages % 2 != 0), rng);
+        for (int order = 0; order < 6 && Mivora::detail::pathAvailable(path); ++order) {
+            SCOPED_TRACE(::testing::Message() << "path " << static_cast<int>(path) << ", order " << order);
+            body(path, plainCopy(randomObject(rng, order)), rng);
         }
 }
 
@@ -162,13 +146,8 @@ TEST(Processing, EntryPointsMatchThePlainEquationsAtEveryOrder) {
     std::mt19937 rng(99);
     for (int order = -7; order <= 7; ++order) {
         SCOPED_TRACE(::testing::Message() << "order " << order);
-        IirProcess f(order);
-        const int even = f.getEvenOrder();
-        PlainFilter plain = randomFilter(rng, even >= 2 ? even / 2 : 0, f.getOddOrder() != 0);
-        std::copy_n(plain.delay, 8, field(f, kDelayField).first);
-        std::copy_n(plain.coef, 10, field(f, kCoefField).first);
-        std::copy_n(plain.delay1st, 2, field(f, kDelay1stField).first);
-        std::copy_n(plain.coef1st, 3, field(f, kCoef1stField).first);
+        IirProcess f = randomObject(rng, order);
+        PlainFilter plain = plainCopy(f);
         IirProcess single = f, inPlace = f;
 
         const std::vector<float> in = noise(1001, rng());

@@ -6,11 +6,15 @@
 #include <gtest/gtest.h>
 #include <mivora/IirProcess.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
+#include <random>
 #include <vector>
 
 #include "iir_process_access.hpp"
+#include "plain_filter.hpp"
 
 namespace mivora_test {
 
@@ -28,6 +32,31 @@ inline Values coefs(const IirProcess& f) {
     Values c(IirProcess::maxCoefCount, 12345.0);
     f.getCoef(c.data());
     return c;
+}
+
+// Coefficients as getCoef lays them out at order 5: two stable sections (poles
+// at radius < 1) with arbitrary zeros, then a stable first-order section.
+inline std::array<double, 13> randomStableCoefs(std::mt19937& rng) {
+    std::uniform_real_distribution<double> u(-1.0, 1.0), radius(0.2, 0.999), angle(0.0, kPi);
+    std::array<double, 13> c{};
+    for (int k = 0; k < 2; ++k) {
+        const double r = radius(rng), theta = angle(rng);
+        const double s[5] = {2 * u(rng), 2 * u(rng), 2 * u(rng), 2 * r * std::cos(theta), -r * r};
+        std::copy(s, s + 5, c.begin() + 5 * k);
+    }
+    c[10] = 2 * u(rng), c[11] = 2 * u(rng), c[12] = 0.99 * u(rng);
+    return c;
+}
+
+// Equal sizes and equal bits (sameBits) element by element; reports the first difference.
+template <class T>
+void expectIdentical(const std::vector<T>& got, const std::vector<T>& want, const char* what) {
+    ASSERT_EQ(got.size(), want.size());
+    for (std::size_t i = 0; i < got.size(); ++i)
+        if (!sameBits(got[i], want[i])) {
+            ADD_FAILURE() << what << " differs at " << i << ": " << got[i] << " vs " << want[i];
+            return;
+        }
 }
 
 // H at freq of coefficient rows in the stored convention, by textbook complex

@@ -8,6 +8,7 @@
 
 #include <mivora/IirProcess.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -69,14 +70,12 @@ inline PlainFilter plainCopy(const Mivora::IirProcess& f) {
     p.first = f.getOddOrder() != 0;
     double c[Mivora::IirProcess::maxCoefCount] = {};
     f.getCoef(c);
-    for (int i = 0; i < 5 * p.sections; ++i) p.coef[i] = c[i];
-    if (p.first)
-        for (int i = 0; i < 3; ++i) p.coef1st[i] = c[5 * p.sections + i];
+    std::copy_n(c, 5 * p.sections, p.coef);
+    if (p.first) std::copy_n(c + 5 * p.sections, 3, p.coef1st);
     double s[10];
     f.getDelay(s);
-    for (int i = 0; i < 8; ++i) p.delay[i] = s[i];
-    p.delay1st[0] = s[8];
-    p.delay1st[1] = s[9];
+    std::copy_n(s, 8, p.delay);
+    std::copy_n(s + 8, 2, p.delay1st);
     return p;
 }
 
