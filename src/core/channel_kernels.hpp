@@ -20,16 +20,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 
 #include "kernel_paths.hpp"
 #include "section_kernels.hpp"
-
-#if defined(__GNUC__)
-#define MIVORA_KERNEL_NOINLINE __attribute__((noinline))
-#else
-#define MIVORA_KERNEL_NOINLINE
-#endif
 
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
@@ -49,30 +44,26 @@ struct LaneRuns {
 };
 
 // N consecutive values of each lane's channel (from: a view to the first of
-// them), as N lane vectors; zeros in the lanes that do not run. One pass
-// over the lanes, copying each channel's values together, costs far less
-// per call than fetching every value through its view.
+// them), as N lane vectors; zeros in the lanes that do not run. The lane
+// type transposes the channels' rows of values into lane vectors in
+// registers: far cheaper per call than a value at a time.
 template <class L, int N, class From>
 void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from, L (&out)[N]) noexcept {
-    double t[N][L::width];
-    for (int l = 0; l < L::width; ++l) {
-        const double* p = r.run[l] ? from(*g.lane[l]) : nullptr;
-        for (int i = 0; i < N; ++i) t[i][l] = p != nullptr ? p[i] : 0.0;
-    }
-    for (int i = 0; i < N; ++i) out[i] = L::generate([&](int l) { return t[i][l]; });
+    static constexpr double zeros[N] = {};
+    const double* rows[L::width];
+    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? from(*g.lane[l]) : zeros;
+    L::loadColumns(rows, out);
 }
 
 // The reverse: N lane vectors back to N consecutive values of each running
-// lane's channel (to: a view to the first of them).
+// lane's channel (to: a view to the first of them); the other lanes' values
+// go to a scratch row.
 template <class L, int N, class To>
 void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
-    alignas(64) double t[N][L::width];
-    for (int i = 0; i < N; ++i) in[i].store(t[i]);
-    for (int l = 0; l < L::width; ++l)
-        if (r.run[l]) {
-            double* p = to(*g.lane[l]);
-            for (int i = 0; i < N; ++i) p[i] = t[i][l];
-        }
+    double scratch[N];
+    double* rows[L::width];
+    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? to(*g.lane[l]) : scratch;
+    L::storeColumns(rows, in);
 }
 
 template <class L>
@@ -80,14 +71,14 @@ struct LaneSection {
     SectionCoefs<L> c;
     L x1, x2, y1, y2;
 
-    void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
+    MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
         L coef[5], state[4];
         laneValues(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
         laneValues(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
         c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
         x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
     }
-    void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
+    MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
         const L state[4] = {x1, x2, y1, y2};
         putLaneValues(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
     }
@@ -104,14 +95,14 @@ struct LaneFirstOrder {
     FirstOrderCoefs<L> c;
     L x1, y1;
 
-    void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
+    MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
         L coef[3], state[2];
         laneValues(g, r, [](const StageView& v) { return v.coef1st; }, coef);
         laneValues(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
         c = {coef[0], coef[1], coef[2]};
         x1 = state[0], y1 = state[1];
     }
-    void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
+    MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
         const L state[2] = {x1, y1};
         putLaneValues(g, r, state, [](const StageView& v) { return v.delay1st; });
     }
@@ -122,14 +113,26 @@ struct LaneFirstOrder {
     }
 };
 
+// A member a group's stage set does without: it takes no room, so copying
+// the stages copies only what runs.
+struct Absent {};
+template <bool Present, class T>
+using MemberIf = std::conditional_t<Present, T, Absent>;
+
 // The stages a group runs, in registers for the whole block. Masked: some
 // lane lacks one of them.
 template <class L, int Sections, bool First, bool Masked>
 struct LaneStages {
     static constexpr int W = L::width;
-    LaneSection<L> s0, s1;
-    LaneFirstOrder<L> f;
-    typename L::Mask m0, m1, mf;
+    struct Mask {  // (a vector type as a template argument would lose its attributes)
+        typename L::Mask m;
+    };
+    MemberIf<(Sections >= 1), LaneSection<L>> s0;
+    MemberIf<(Sections >= 2), LaneSection<L>> s1;
+    MemberIf<First, LaneFirstOrder<L>> f;
+    MemberIf<(Masked && Sections >= 1), Mask> m0;
+    MemberIf<(Masked && Sections >= 2), Mask> m1;
+    MemberIf<(Masked && First), Mask> mf;
 
     static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
         LaneRuns<W> r{};
@@ -142,34 +145,38 @@ struct LaneStages {
         return r;
     }
 
-    // Out of line: inlined, the gathering would crowd the block loop's
-    // register allocation.
-    MIVORA_KERNEL_NOINLINE void load(const LaneGroup<W>& g) noexcept {
+    // Inline, like every member that touches the stages: the object's
+    // address then never leaves runGroup and the compiler keeps each field
+    // in a register. (Out of line, the object lived in memory and was copied
+    // into registers and back, a fixed cost per block that 64 frames do not
+    // amortise.)
+    MIVORA_KERNEL_INLINE void load(const LaneGroup<W>& g) noexcept {
         if constexpr (Sections >= 1) {
             const LaneRuns<W> r = runsOfSection(g, 0);
             s0.load(g, r, 0);
-            if constexpr (Masked) m0 = L::mask(r.run);
+            if constexpr (Masked) m0 = {L::mask(r.run)};
         }
         if constexpr (Sections >= 2) {
             const LaneRuns<W> r = runsOfSection(g, 1);
             s1.load(g, r, 1);
-            if constexpr (Masked) m1 = L::mask(r.run);
+            if constexpr (Masked) m1 = {L::mask(r.run)};
         }
         if constexpr (First) {
             const LaneRuns<W> r = runsOfFirst(g);
             f.load(g, r);
-            if constexpr (Masked) mf = L::mask(r.run);
+            if constexpr (Masked) mf = {L::mask(r.run)};
         }
     }
-    MIVORA_KERNEL_NOINLINE void store(const LaneGroup<W>& g) const noexcept {
+    MIVORA_KERNEL_INLINE void store(const LaneGroup<W>& g) const noexcept {
         if constexpr (Sections >= 1) s0.store(g, runsOfSection(g, 0), 0);
         if constexpr (Sections >= 2) s1.store(g, runsOfSection(g, 1), 1);
         if constexpr (First) f.store(g, runsOfFirst(g));
     }
 
     // A stage's result where it runs, its input elsewhere.
-    MIVORA_KERNEL_INLINE static L through(const typename L::Mask& m, const L& y, const L& x) noexcept {
-        if constexpr (Masked) return L::select(m, y, x);
+    template <class M>
+    MIVORA_KERNEL_INLINE static L through(const M& m, const L& y, const L& x) noexcept {
+        if constexpr (Masked) return L::select(m.m, y, x);
         else return (void)m, (void)x, y;
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
@@ -190,12 +197,8 @@ struct LaneStages {
 template <class L, int Sections, bool First, bool Masked, class IO>
 void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     constexpr int W = L::width;
-    LaneStages<L, Sections, First, Masked> loaded;
-    loaded.load(g);
-    // A copy whose address never leaves this function: the compiler keeps
-    // its every field in a register, where the loaded object, handed to
-    // load and store, would keep feedback state in memory.
-    LaneStages<L, Sections, First, Masked> st = loaded;
+    LaneStages<L, Sections, First, Masked> st;
+    st.load(g);
     L x[W];
     unsigned int n = 0;
     for (; n + W <= frames; n += W) {
@@ -209,8 +212,7 @@ void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcep
         for (unsigned int j = 0; j < k; ++j) x[j] = st.step(x[j]);
         io.storePart(x, n, k);
     }
-    loaded = st;
-    loaded.store(g);
+    st.store(g);
 }
 
 template <class L, int Sections, bool First, class IO>
