@@ -134,14 +134,15 @@ struct LaneStages {
     MemberIf<(Masked && Sections >= 2), Mask> m1;
     MemberIf<(Masked && First), Mask> mf;
 
+    // (Unmasked, every channel of the group runs every stage.)
     static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
         LaneRuns<W> r{};
-        for (int l = 0; l < g.active; ++l) r.run[l] = g.lane[l]->sections > k;
+        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->sections > k);
         return r;
     }
     static LaneRuns<W> runsOfFirst(const LaneGroup<W>& g) noexcept {
         LaneRuns<W> r{};
-        for (int l = 0; l < g.active; ++l) r.run[l] = g.lane[l]->first;
+        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->first);
         return r;
     }
 
@@ -263,13 +264,16 @@ struct InterleavedIO {
     }
     MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept { loadPart(x, n, W); }
     MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) const noexcept { storePart(y, n, W); }
+    // The stride in a local: a member would be reloaded after every store.
     MIVORA_KERNEL_INLINE void loadPart(L (&x)[W], unsigned int n, unsigned int k) const noexcept {
-        const float* p = in + n * stride;
-        for (unsigned int j = 0; j < k; ++j, p += stride) x[j] = loadFrame(p);
+        const std::size_t s = stride;
+        const float* p = in + n * s;
+        for (unsigned int j = 0; j < k; ++j, p += s) x[j] = loadFrame(p);
     }
     MIVORA_KERNEL_INLINE void storePart(const L (&y)[W], unsigned int n, unsigned int k) const noexcept {
-        float* p = out + n * stride;
-        for (unsigned int j = 0; j < k; ++j, p += stride) storeFrame(p, y[j]);
+        const std::size_t s = stride;
+        float* p = out + n * s;
+        for (unsigned int j = 0; j < k; ++j, p += s) storeFrame(p, y[j]);
     }
 };
 
