@@ -279,8 +279,9 @@ struct InterleavedIO {
 
 // One buffer per channel: in[l], out[l] for the group's lanes l < active.
 // Tiles of W frames of every lane are transposed into frame vectors; lanes
-// without a channel read zeros and write to scratch.
-template <class L>
+// without a channel read zeros and write to scratch. Full: all W lanes hold
+// channels, and no lane is tested.
+template <class L, bool Full>
 struct PlanarIO {
     static constexpr int W = L::width;
     const float* const* in;
@@ -289,14 +290,15 @@ struct PlanarIO {
     float zeros[W] = {};
     float scratch[W] = {};
 
+    MIVORA_KERNEL_INLINE bool holds(int l) const noexcept { return Full || l < active; }
     MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept {
         const float* rows[W];
-        for (int l = 0; l < W; ++l) rows[l] = l < active ? in[l] + n : zeros;
+        for (int l = 0; l < W; ++l) rows[l] = holds(l) ? in[l] + n : zeros;
         L::loadTile(rows, x);
     }
     MIVORA_KERNEL_INLINE void store(const L (&y)[W], unsigned int n) noexcept {
         float* rows[W];
-        for (int l = 0; l < W; ++l) rows[l] = l < active ? out[l] + n : scratch;
+        for (int l = 0; l < W; ++l) rows[l] = holds(l) ? out[l] + n : scratch;
         L::storeTile(rows, y);
     }
     // The last k < W frames, through a tile of the caller's k and zeros.
@@ -346,8 +348,13 @@ template <class L>
 void planarGroup(const StageView* ch, int firstChannel, int active, const float* const* in, float* const* out,
                  unsigned int frames) noexcept {
     const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
-    PlanarIO<L> io{in + firstChannel, out + firstChannel, active};
-    runGroupStages<L>(g, io, frames);
+    if (active == L::width) {
+        PlanarIO<L, true> io{in + firstChannel, out + firstChannel, active};
+        runGroupStages<L>(g, io, frames);
+    } else {
+        PlanarIO<L, false> io{in + firstChannel, out + firstChannel, active};
+        runGroupStages<L>(g, io, frames);
+    }
 }
 
 // The channels in groups, each of the narrowest lane type that holds what
