@@ -48,6 +48,55 @@ inline void transpose8(__m256 (&r)[8]) noexcept {
     r[7] = _mm256_permute2f128_ps(u3, u7, 0x31);
 }
 
+// The first N (1 to 4) of the four doubles at p, reading nothing beyond
+// them; the lanes above are zero.
+template <int N>
+inline __m256d firstOf4(const double* p) noexcept {
+    static_assert(N >= 1 && N <= 4, "one to four doubles");
+    if constexpr (N == 4) return _mm256_loadu_pd(p);
+    else if constexpr (N == 3) return _mm256_maskload_pd(p, _mm256_setr_epi64x(-1, -1, -1, 0));
+    else if constexpr (N == 2) return _mm256_zextpd128_pd256(_mm_loadu_pd(p));
+    else return _mm256_zextpd128_pd256(_mm_load_sd(p));
+}
+
+// Rows of four lanes to columns: lane l of cols[i] is rows[l][at + i]. Four
+// columns at a time, each four a 4 x 4 transposition.
+template <int N>
+inline void columns4(const double* const* rows, int at, __m256d* cols) noexcept {
+    if constexpr (N > 4) {
+        columns4<4>(rows, at, cols);
+        columns4<N - 4>(rows, at + 4, cols + 4);
+    } else {
+        const __m256d r0 = firstOf4<N>(rows[0] + at), r1 = firstOf4<N>(rows[1] + at);
+        const __m256d r2 = firstOf4<N>(rows[2] + at), r3 = firstOf4<N>(rows[3] + at);
+        const __m256d t0 = _mm256_unpacklo_pd(r0, r1), t1 = _mm256_unpackhi_pd(r0, r1);  // a0 b0 a2 b2, a1 b1 a3 b3
+        const __m256d t2 = _mm256_unpacklo_pd(r2, r3), t3 = _mm256_unpackhi_pd(r2, r3);  // c0 d0 c2 d2, c1 d1 c3 d3
+        const __m256d c[4] = {_mm256_permute2f128_pd(t0, t2, 0x20), _mm256_permute2f128_pd(t1, t3, 0x20),
+                              _mm256_permute2f128_pd(t0, t2, 0x31), _mm256_permute2f128_pd(t1, t3, 0x31)};
+        for (int i = 0; i < N; ++i) cols[i] = c[i];
+    }
+}
+
+// The reverse, for N = 2 or 4 columns: rows[l][i] = lane l of cols[i].
+template <int N>
+inline void rows4(double* const* rows, const __m256d* cols) noexcept {
+    static_assert(N == 2 || N == 4, "two or four columns");
+    const __m256d c2 = N == 4 ? cols[2] : _mm256_setzero_pd(), c3 = N == 4 ? cols[3] : _mm256_setzero_pd();
+    const __m256d t0 = _mm256_unpacklo_pd(cols[0], cols[1]), t1 = _mm256_unpackhi_pd(cols[0], cols[1]);  // a0 a1 c0 c1, b0 b1 d0 d1
+    if constexpr (N == 4) {
+        const __m256d t2 = _mm256_unpacklo_pd(c2, c3), t3 = _mm256_unpackhi_pd(c2, c3);  // a2 a3 c2 c3, b2 b3 d2 d3
+        _mm256_storeu_pd(rows[0], _mm256_permute2f128_pd(t0, t2, 0x20));
+        _mm256_storeu_pd(rows[1], _mm256_permute2f128_pd(t1, t3, 0x20));
+        _mm256_storeu_pd(rows[2], _mm256_permute2f128_pd(t0, t2, 0x31));
+        _mm256_storeu_pd(rows[3], _mm256_permute2f128_pd(t1, t3, 0x31));
+    } else {
+        _mm_storeu_pd(rows[0], _mm256_castpd256_pd128(t0));
+        _mm_storeu_pd(rows[1], _mm256_castpd256_pd128(t1));
+        _mm_storeu_pd(rows[2], _mm256_extractf128_pd(t0, 1));
+        _mm_storeu_pd(rows[3], _mm256_extractf128_pd(t1, 1));
+    }
+}
+
 struct Xmm2 {
     static constexpr int width = 2;
     using Mask = __m128d;
@@ -60,6 +109,23 @@ struct Xmm2 {
     template <class F>
     static Xmm2 generate(F f) noexcept { return {_mm_set_pd(f(1), f(0))}; }
     void store(double* p) const noexcept { _mm_storeu_pd(p, v); }
+    template <int N>
+    static void loadColumns(const double* const* rows, Xmm2 (&cols)[N]) noexcept {
+        for (int i = 0; i + 1 < N; i += 2) {
+            const __m128d a = _mm_loadu_pd(rows[0] + i), b = _mm_loadu_pd(rows[1] + i);
+            cols[i].v = _mm_unpacklo_pd(a, b);
+            cols[i + 1].v = _mm_unpackhi_pd(a, b);
+        }
+        if constexpr (N % 2 == 1) cols[N - 1].v = _mm_loadh_pd(_mm_load_sd(rows[0] + N - 1), rows[1] + N - 1);
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const Xmm2 (&cols)[N]) noexcept {
+        static_assert(N % 2 == 0, "pairs of columns");
+        for (int i = 0; i < N; i += 2) {
+            _mm_storeu_pd(rows[0] + i, _mm_unpacklo_pd(cols[i].v, cols[i + 1].v));
+            _mm_storeu_pd(rows[1] + i, _mm_unpackhi_pd(cols[i].v, cols[i + 1].v));
+        }
+    }
 
     // Two floats in one 64-bit load (aliasing-safe), or one (active is 1).
     static Xmm2 loadFloats(const float* p) noexcept {
@@ -105,6 +171,18 @@ struct Ymm4 {
     template <class F>
     static Ymm4 generate(F f) noexcept { return {_mm256_set_pd(f(3), f(2), f(1), f(0))}; }
     void store(double* p) const noexcept { _mm256_storeu_pd(p, v); }
+    template <int N>
+    static void loadColumns(const double* const* rows, Ymm4 (&cols)[N]) noexcept {
+        __m256d c[N];
+        columns4<N>(rows, 0, c);
+        for (int i = 0; i < N; ++i) cols[i].v = c[i];
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const Ymm4 (&cols)[N]) noexcept {
+        __m256d c[N];
+        for (int i = 0; i < N; ++i) c[i] = cols[i].v;
+        rows4<N>(rows, c);
+    }
 
     static Ymm4 loadFloats(const float* p) noexcept { return {_mm256_cvtps_pd(_mm_loadu_ps(p))}; }
     static Ymm4 loadFloats(const float* p, int active) noexcept {
@@ -156,6 +234,20 @@ struct Ymm8 {
     void store(double* p) const noexcept {
         _mm256_storeu_pd(p, lo);
         _mm256_storeu_pd(p + 4, hi);
+    }
+    template <int N>
+    static void loadColumns(const double* const* rows, Ymm8 (&cols)[N]) noexcept {
+        __m256d lo[N], hi[N];
+        columns4<N>(rows, 0, lo);
+        columns4<N>(rows + 4, 0, hi);
+        for (int i = 0; i < N; ++i) cols[i] = {lo[i], hi[i]};
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const Ymm8 (&cols)[N]) noexcept {
+        __m256d lo[N], hi[N];
+        for (int i = 0; i < N; ++i) lo[i] = cols[i].lo, hi[i] = cols[i].hi;
+        rows4<N>(rows, lo);
+        rows4<N>(rows + 4, hi);
     }
 
     static Ymm8 widen(__m256 f) noexcept {

@@ -12,6 +12,8 @@
 
 #include <cstdint>
 
+#include "lane_columns.hpp"
+
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
@@ -36,6 +38,14 @@ struct Neon2 {
         return {vld1q_f64(t)};
     }
     void store(double* p) const noexcept { vst1q_f64(p, v); }
+    template <int N>
+    static void loadColumns(const double* const* rows, Neon2 (&cols)[N]) noexcept {
+        columnsOfRows(rows, cols);
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const Neon2 (&cols)[N]) noexcept {
+        rowsOfColumns(rows, cols);
+    }
 
     static Neon2 loadFloats(const float* p) noexcept { return {widen2(vld1_f32(p))}; }
     static Neon2 loadFloats(const float* p, int) noexcept { return {widen2(vset_lane_f32(*p, vdup_n_f32(0.0f), 0))}; }
@@ -76,6 +86,14 @@ struct Neon4 {
     void store(double* p) const noexcept {
         vst1q_f64(p, lo);
         vst1q_f64(p + 2, hi);
+    }
+    template <int N>
+    static void loadColumns(const double* const* rows, Neon4 (&cols)[N]) noexcept {
+        columnsOfRows(rows, cols);
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const Neon4 (&cols)[N]) noexcept {
+        rowsOfColumns(rows, cols);
     }
 
     static Neon4 loadFloats(const float* p) noexcept {

@@ -7,6 +7,9 @@
 //   select(m, a, b)           a in the lanes of m, b elsewhere
 //   generate(f)               lanes f(0), f(1), ... (f(l) a double)
 //   store(p)                  width doubles
+//   loadColumns(rows, cols)   rows[l] (N doubles of lane l) to N lane
+//                             vectors: lane l of cols[i] is rows[l][i]
+//   storeColumns(rows, cols)  the reverse (N: 2 or 4)
 //   loadFloats(p[, active])   width floats widened (exactly); with active,
 //                             the first active only, zero above
 //   storeFloats(p, v[, active])  narrowed (round to nearest), likewise
@@ -17,6 +20,8 @@
 #define MIVORA_LANES_PORTABLE_HPP
 
 #include <cmath>
+
+#include "lane_columns.hpp"
 
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
@@ -47,6 +52,14 @@ struct PlainLanes {
     }
     void store(double* p) const noexcept {
         for (int l = 0; l < W; ++l) p[l] = v[l];
+    }
+    template <int N>
+    static void loadColumns(const double* const* rows, PlainLanes (&cols)[N]) noexcept {
+        columnsOfRows(rows, cols);
+    }
+    template <int N>
+    static void storeColumns(double* const* rows, const PlainLanes (&cols)[N]) noexcept {
+        rowsOfColumns(rows, cols);
     }
     static PlainLanes loadFloats(const float* p, int active = W) noexcept {
         PlainLanes r;
