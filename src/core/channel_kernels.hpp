@@ -60,7 +60,7 @@ void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From 
 // go to a scratch row.
 template <class L, int N, class To>
 void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
-    double scratch[N];
+    double scratch[N] = {};  // written, never read
     double* rows[L::width];
     for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? to(*g.lane[l]) : scratch;
     L::storeColumns(rows, in);
@@ -121,8 +121,10 @@ using MemberIf = std::conditional_t<Present, T, Absent>;
 
 // The stages a group runs, in registers for the whole block. Masked: some
 // lane lacks one of them.
+// (Its layout is of no consequence: the object never leaves registers, and
+// C++17 gives absent members a byte each, whatever the order.)
 template <class L, int Sections, bool First, bool Masked>
-struct LaneStages {
+struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     static constexpr int W = L::width;
     struct Mask {  // (a vector type as a template argument would lose its attributes)
         typename L::Mask m;
