@@ -13,8 +13,9 @@ PI = mpmath.pi
 FRAC_WORDS = 5            # fraction words of the slow path's fixed point
 TWO_OVER_PI_WORDS = 28    # covers the largest exponent plus the slow path's width
 ATAN_STEPS = 64           # slow path: atan at i/64, i = 0..64
-FAST_STEPS = 128          # fast paths: sin, cos at i/128 up to pi/4, atan up to 1
-SINCOS_ENTRIES = 104      # i/128 for i = 0..103 covers pi/4 plus rounding
+FAST_STEPS = 512          # fast path of atan: atan at i/512 up to 1
+SINCOS_STEPS = 512        # fast paths of sin, cos, tan: sin and cos at i/512 up to pi/4
+SINCOS_ENTRIES = 404      # i/512 for i = 0..403 covers pi/4 plus rounding
 
 
 def fixed_words(v):
@@ -99,11 +100,12 @@ def main():
         hi, lo = dd(mpmath.atan(mpmath.mpf(i) / FAST_STEPS))
         print(f"    {{{hexd(hi)}, {hexd(lo)}}},")
     print("};")
-    print(f"// sin(i/{FAST_STEPS}) and cos(i/{FAST_STEPS}): sin hi, sin lo, cos hi, cos lo.")
+    print(f"inline constexpr int kSinCosSteps = {SINCOS_STEPS};")
+    print(f"// sin(i/{SINCOS_STEPS}) and cos(i/{SINCOS_STEPS}): sin hi, sin lo, cos hi, cos lo.")
     print(f"inline constexpr int kSinCosEntries = {SINCOS_ENTRIES};")
     print(f"inline constexpr double kSinCosStep[{SINCOS_ENTRIES}][4] = {{")
     for i in range(SINCOS_ENTRIES):
-        a = mpmath.mpf(i) / FAST_STEPS
+        a = mpmath.mpf(i) / SINCOS_STEPS
         sh, sl = dd(mpmath.sin(a))
         ch, cl = dd(mpmath.cos(a))
         print(f"    {{{hexd(sh)}, {hexd(sl)}, {hexd(ch)}, {hexd(cl)}}},")

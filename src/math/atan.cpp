@@ -1,7 +1,8 @@
-// atan and atan2, correctly rounded. Fast path: u = min/max of the two
-// magnitudes in double-double, atan(u) = atan(i/128) + atan(t) with
-// t = (u - i/128) / (1 + u i/128), |t| <= 2^-8, then the quadrant; a
-// rounding test, and the 320-bit slow path for what it cannot decide.
+// atan and atan2, correctly rounded. Fast path: with u = min/max of the two
+// magnitudes, atan(u) = atan(i/512) + atan(t), t = (u - i/512)/(1 + u i/512)
+// formed from the two magnitudes directly, |t| <= 2^-10, and the quadrant
+// added in the same sums; a rounding test, and the 320-bit slow path for
+// what it cannot decide.
 #include <cmath>
 
 #include "cr_math.hpp"
@@ -15,6 +16,7 @@ namespace {
 
 using trig::DD;
 
+constexpr DD kZero{0.0, 0.0};
 constexpr DD kHalfPi{trig::kPiOver2Hi, trig::kPiOver2Lo};
 constexpr DD kPiDD{trig::kPiHi, trig::kPiLo};
 
@@ -28,14 +30,8 @@ double atan(double x) noexcept {
     // |x| >= 2^53 (and inf): pi/2 - atan x < 2^-53, which cannot move pi/2
     // (2^-53.9 above its nearest double) across a halfway point.
     if (ax >= 0x1p53) return std::copysign(trig::kPiOver2Hi, x);
-    DD v;
-    if (ax <= 1.0) {
-        v = trig::atanUnit(DD{ax, 0.0});
-    } else {
-        const double r = 1.0 / ax;
-        const DD u{r, trig::divisionRemainder(1.0, r, ax) / ax};
-        v = dd::add(kHalfPi, dd::neg(trig::atanUnit(u)));
-    }
+    // Above 1: pi/2 - atan(1/x).
+    const DD v = ax <= 1.0 ? trig::atanQuotient(ax, 1.0, kZero, 1.0) : trig::atanQuotient(1.0, ax, kHalfPi, -1.0);
     double out = 0.0;
     if (dd::roundsUnambiguously(v, trig::kAtanError, &out)) return std::copysign(out, x);
     return trig::slowAtan2(x, 1.0);
@@ -52,25 +48,28 @@ double atan2(double y, double x) noexcept {
     if (std::isinf(b)) return std::copysign(negX ? trig::kPiHi : 0.0, y);
 
     const bool swap = a > b;
-    std::uint64_t mn = 0, md = 0;
-    int en = 0, ed = 0;
-    trig::decompose(swap ? b : a, mn, en);
-    trig::decompose(swap ? a : b, md, ed);
-    const int d = en - ed;  // u = min/max = (mn/md) 2^d <= 1
-    if (d < -60 && (swap || negX)) {
-        // u < 2^-59: pi/2 -+ u and pi - u round as pi/2 and pi do (both lie
-        // over 2^-55 from a halfway point).
-        return std::copysign(swap ? trig::kPiOver2Hi : trig::kPiHi, y);
+    // pi/2 - u, pi/2 + u and pi - u for u < 2^-59 round as pi/2 and pi do
+    // (both lie over 2^-55 from a halfway point).
+    const bool offAxis = swap || negX;
+    const double axis = swap ? trig::kPiOver2Hi : trig::kPiHi;
+    double fn = swap ? b : a, fd = swap ? a : b;  // u = fn / fd <= 1
+    if (!(fd < 0x1p450 && fn >= 0x1p-450)) {
+        // The smaller magnitude scaled against the larger one's significand
+        // in [1, 2): the ratio is kept, and the core's products stay normal.
+        std::uint64_t mn = 0, md = 0;
+        int en = 0, ed = 0;
+        trig::decompose(fn, mn, en);
+        trig::decompose(fd, md, ed);
+        const int d = en - ed;  // u = (mn/md) 2^d
+        // Below 2^-900 the result may be subnormal: the slow path rounds it.
+        if (d < -900) return offAxis ? std::copysign(axis, y) : trig::slowAtan2(y, x);
+        fn = static_cast<double>(mn) * trig::pow2(d - 52);
+        fd = static_cast<double>(md) * 0x1p-52;
     }
-    // Below 2^-900 the result may be subnormal: the slow path rounds it.
-    if (d < -900) return trig::slowAtan2(y, x);
-    const double fn = static_cast<double>(mn) * 0x1p-52, fd = static_cast<double>(md) * 0x1p-52;
-    const double qh = fn / fd;
-    const double ql = trig::divisionRemainder(fn, qh, fd) / fd;
-    const double scale = trig::pow2(d);
-    DD v = trig::atanUnit(DD{qh * scale, ql * scale});
-    if (swap) v = dd::add(kHalfPi, dd::neg(v));
-    if (negX) v = dd::add(kPiDD, dd::neg(v));
+    if (offAxis && fn < fd * 0x1p-60) return std::copysign(axis, y);
+    // atan u, pi/2 - atan u, pi - atan u, or pi - (pi/2 - atan u).
+    const DD base = swap ? kHalfPi : negX ? kPiDD : kZero;
+    const DD v = trig::atanQuotient(fn, fd, base, swap == negX ? 1.0 : -1.0);
     double out = 0.0;
     if (dd::roundsUnambiguously(v, trig::kAtanError, &out)) return std::copysign(out, y);
     return trig::slowAtan2(y, x);
