@@ -22,7 +22,8 @@ struct Parts {
 };
 
 // false when the reduced argument is too small for the fast path's bound.
-bool fastParts(double ax, bool wantSin, bool wantCos, Parts& p) noexcept {
+template <bool wantSin, bool wantCos>
+inline bool fastParts(double ax, Parts& p) noexcept {
     const trig::ReducedFast red = trig::reduceFast(ax);
     if (ax >= 0.7853981633974483 && std::fabs(red.r.hi) < 0x1p-25) return false;
     p.quadrant = red.quadrant;
@@ -57,7 +58,7 @@ double sin(double x) noexcept {
     if (ax < 0x1p-26) return x;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, true, false, p) && dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out)) return out;
+    if (fastParts<true, false>(ax, p) && dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
 
@@ -68,7 +69,7 @@ double cos(double x) noexcept {
     if (ax < 0x1p-27) return 1.0;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, false, true, p) && dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out)) return out;
+    if (fastParts<false, true>(ax, p) && dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
 
@@ -78,7 +79,7 @@ SinCos sincos(double x) noexcept {
     if (ax < 0x1p-27) return {x, 1.0};
     Parts p{};
     SinCos out{};
-    if (fastParts(ax, true, true, p)) {
+    if (fastParts<true, true>(ax, p)) {
         const bool sinOk = ax < 0x1p-26 || dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out.sin);
         if (ax < 0x1p-26) out.sin = x;
         const bool cosOk = dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out.cos);
@@ -95,7 +96,7 @@ double tan(double x) noexcept {
     // |x| < 2^-27: tan x = x (1 + x^2/3 + ...) within 2^-55.5 |x| of x.
     if (ax < 0x1p-27) return x;
     Parts p{};
-    if (fastParts(ax, true, true, p)) {
+    if (fastParts<true, true>(ax, p)) {
         double out = 0.0;
         // tan = sin r / cos r, or -cos r / sin r in the odd quadrants.
         const bool odd = (p.quadrant & 1) != 0;
