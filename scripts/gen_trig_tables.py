@@ -48,6 +48,16 @@ def rn(v):
     return sign * float(mpmath.ldexp(m, e - 52))
 
 
+def rn_bits(v, bits):
+    """v rounded to the nearest number of `bits` significant bits."""
+    e = int(mpmath.floor(mpmath.log(abs(v), 2)))
+    scale = mpmath.mpf(2) ** (bits - 1 - e)
+    m = int(mpmath.nint(v * scale))
+    r = float(mpmath.mpf(m) / scale)
+    assert mpmath.mpf(r) == mpmath.mpf(m) / scale
+    return r
+
+
 def dd(v):
     hi = rn(v)
     lo = rn(v - mpmath.mpf(hi))
@@ -117,15 +127,19 @@ def main():
     print(f"inline constexpr double kPiOver4 = {hexd(rn(PI / 4))};  // rounded to nearest")
     print(f"inline constexpr double k3PiOver4 = {hexd(rn(3 * PI / 4))};  // rounded to nearest")
     print(f"inline constexpr double kTwoOverPiD = {hexd(rn(2 / PI))};")
-    # pi/2 in three parts for the moderate-argument reduction.
-    p1 = rn(PI / 2)
-    p2 = rn(PI / 2 - mpmath.mpf(p1))
-    p3 = rn(PI / 2 - mpmath.mpf(p1) - mpmath.mpf(p2))
-    err = abs(PI / 2 - mpmath.mpf(p1) - mpmath.mpf(p2) - mpmath.mpf(p3))
-    print(f"// pi/2 = kPio2P1 + kPio2P2 + kPio2P3 within 2^{int(mpmath.floor(mpmath.log(err, 2)))}.")
-    print(f"inline constexpr double kPio2P1 = {hexd(p1)};")
-    print(f"inline constexpr double kPio2P2 = {hexd(p2)};")
-    print(f"inline constexpr double kPio2P3 = {hexd(p3)};")
+    # pi/2 in four parts for the moderate-argument reduction: three of 33
+    # significant bits (k times each is exact for k < 2^20), then the rest.
+    parts = []
+    rest = PI / 2
+    for _ in range(3):
+        parts.append(rn_bits(rest, 33))
+        rest -= mpmath.mpf(parts[-1])
+    parts.append(rn(rest))
+    err = abs(rest - mpmath.mpf(parts[-1]))
+    print(f"// pi/2 = kPio2P1 + ... + kPio2P4 within 2^{int(mpmath.floor(mpmath.log(err, 2)))}; P1..P3 have"
+          " 33 significant bits.")
+    for j, v in enumerate(parts):
+        print(f"inline constexpr double kPio2P{j + 1} = {hexd(v)};")
     print()
     print()
     print("}  // namespace Mivora::math::trig")

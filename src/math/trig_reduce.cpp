@@ -57,7 +57,7 @@ void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[
 
 }  // namespace
 
-// Above 2^27: Payne-Hanek with three words of 2/pi: the fraction errs by
+// From 2^20: Payne-Hanek with three words of 2/pi: the fraction errs by
 // 2^-137, its conversion by 2^-159 and the product with pi/2 by 2^-104 |r|.
 ReducedFast reduceFastHuge(double ax) noexcept {
     int q = 0;

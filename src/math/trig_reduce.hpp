@@ -17,25 +17,24 @@ struct ReducedFast {
     int quadrant;
     DD r;
 };
-ReducedFast reduceFastHuge(double ax) noexcept;  // ax >= 2^27
+ReducedFast reduceFastHuge(double ax) noexcept;  // ax >= 2^20
 
-// Below 2^27, Cody-Waite with pi/2 = P1 + P2 + P3 (error 2^-164) and the
-// products k P1, k P2 exact: with |k| < 2^27 every term left after the exact
-// two-sums is below 2^-53, so the four rounded additions of the low part err
-// by under 2^-104, k P3 by 2^-135 and the truncation of pi/2 by 2^-137.
+// Below 2^20, Cody-Waite with pi/2 = P1 + P2 + P3 + P4 (error 2^-160), P1 to
+// P3 of 33 bits so that k Pj is exact for the quotient k < 2^20. ax - k P1
+// is exact (Sterbenz: ax / (k P1) lies in [1/2, 3/2]); the subtractions of
+// k P2 and k P3 are exact two-sums. Left: the rounded sum of their two low
+// parts (each below 2^-53 of the running value) and k P4 (below 2^-84,
+// rounding 2^-137), so r errs by under 2^-104 |r| + 2^-130 absolute.
 inline ReducedFast reduceFast(double ax) noexcept {
     if (ax <= 0x1.921fb54442d18p-1) return {0, {ax, 0.0}};  // below pi/4: r = x
-    if (ax >= 0x1p27) return reduceFastHuge(ax);
-    const double t = ax * kTwoOverPiD;
-    const double k = (t + 0x1.8p52) - 0x1.8p52;  // nearest integer
-    const DD p1 = dd::twoProd(k, kPio2P1);
-    const DD s = dd::twoSum(ax, -p1.hi);
-    const DD v1 = dd::twoSum(s.hi, -p1.lo);
-    const DD p2 = dd::twoProd(k, kPio2P2);
-    const DD v2 = dd::twoSum(v1.hi, -p2.hi);
-    const double lo = (((s.lo + v1.lo) + v2.lo) - p2.lo) - k * kPio2P3;
+    if (ax >= 0x1p20) return reduceFastHuge(ax);
+    const double k = (ax * kTwoOverPiD + 0x1.8p52) - 0x1.8p52;  // nearest integer
+    const double s = ax - k * kPio2P1;
+    const DD v = dd::twoSum(s, -(k * kPio2P2));
+    const DD w = dd::twoSum(v.hi, -(k * kPio2P3));
+    const double lo = (v.lo + w.lo) - k * kPio2P4;
     const int q = static_cast<int>(static_cast<std::int64_t>(k) & 3);
-    return {q, dd::twoSum(v2.hi, lo)};
+    return {q, dd::fastTwoSum(w.hi, lo)};
 }
 
 // Slow reduction: |r| in fixed point with absolute error below 2^-315, its

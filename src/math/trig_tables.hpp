@@ -1034,10 +1034,11 @@ inline constexpr double kPiLo = 0x1.1a62633145c07p-53;
 inline constexpr double kPiOver4 = 0x1.921fb54442d18p-1;  // rounded to nearest
 inline constexpr double k3PiOver4 = 0x1.2d97c7f3321d2p+1;  // rounded to nearest
 inline constexpr double kTwoOverPiD = 0x1.45f306dc9c883p-1;
-// pi/2 = kPio2P1 + kPio2P2 + kPio2P3 within 2^-164.
-inline constexpr double kPio2P1 = 0x1.921fb54442d18p+0;
-inline constexpr double kPio2P2 = 0x1.1a62633145c07p-54;
-inline constexpr double kPio2P3 = -0x1.f1976b7ed8fbcp-110;
+// pi/2 = kPio2P1 + ... + kPio2P4 within 2^-160; P1..P3 have 33 significant bits.
+inline constexpr double kPio2P1 = 0x1.921fb54400000p+0;
+inline constexpr double kPio2P2 = 0x1.0b4611a600000p-34;
+inline constexpr double kPio2P3 = 0x1.3198a2e000000p-69;
+inline constexpr double kPio2P4 = 0x1.b839a252049c1p-104;
 
 
 }  // namespace Mivora::math::trig
