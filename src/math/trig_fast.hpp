@@ -1,8 +1,8 @@
 // The trigonometric fast paths' cores, each with its proven error bound:
 // sin and cos of a reduced argument, a double-double quotient, and atan of
-// a quotient of two doubles. Shared by sin_cos_tan.cpp and atan.cpp, and
-// measured against MPFR by the tests, since the rounding tests are only as
-// sound as these bounds.
+// a quotient of two doubles. Shared by sin_cos_tan_impl.hpp and
+// atan_impl.hpp, and measured against MPFR by the tests, since the rounding
+// tests are only as sound as these bounds.
 #ifndef MIVORA_TRIG_FAST_HPP
 #define MIVORA_TRIG_FAST_HPP
 
@@ -12,6 +12,8 @@
 #include "trig_tables.hpp"
 
 namespace Mivora::math::trig {
+
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
 
 // sin r and cos r for |r| <= pi/4 (+ rounding), r = rh + rl. With a = i/512
 // the nearest table step and d = |r| - a = dh + dl (|dh| <= 2^-10, rh - a
@@ -114,6 +116,8 @@ inline DD atanQuotient(double a, double b, DD base, double sign) noexcept {
 // The fast atan results stay within 2^-71.5; the tests use 2^-69, which
 // covers the rounding of lo +- err.
 inline constexpr double kAtanError = 0x1p-69;
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 

@@ -19,6 +19,17 @@ struct ReducedFast {
 };
 ReducedFast reduceFastHuge(double ax) noexcept;  // ax >= 2^20
 
+// Slow reduction: |r| in fixed point with absolute error below 2^-315, its
+// sign, and the quadrant. r == ax exactly when ax < pi/4.
+struct ReducedWide {
+    int quadrant;
+    bool negative = false;
+    Fixed r;
+};
+ReducedWide reduceWide(double ax) noexcept;
+
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
 // Below 2^20, Cody-Waite with pi/2 = P1 + P2 + P3 + P4 (error 2^-160), P1 to
 // P3 of 33 bits so that k Pj is exact for the quotient k < 2^20. ax - k P1
 // is exact (Sterbenz: ax / (k P1) lies in [1/2, 3/2]); the subtractions of
@@ -36,15 +47,6 @@ inline ReducedFast reduceFast(double ax) noexcept {
     const int q = static_cast<int>(static_cast<std::int64_t>(k) & 3);
     return {q, dd::fastTwoSum(w.hi, lo)};
 }
-
-// Slow reduction: |r| in fixed point with absolute error below 2^-315, its
-// sign, and the quadrant. r == ax exactly when ax < pi/4.
-struct ReducedWide {
-    int quadrant;
-    bool negative = false;
-    Fixed r;
-};
-ReducedWide reduceWide(double ax) noexcept;
 
 // ax = m * 2^e with 2^52 <= m < 2^53 (subnormals normalised too); ax > 0.
 inline void decompose(double ax, std::uint64_t& m, int& e) noexcept {
@@ -71,6 +73,8 @@ inline double pow2(int n) noexcept {
     std::memcpy(&r, &bits, sizeof r);
     return r;
 }
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 

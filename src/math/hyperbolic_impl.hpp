@@ -1,6 +1,12 @@
 // sinh and cosh, correctly rounded: (e^x -+ e^-x)/2 from the double-double
 // exponential, a series for small sinh arguments, the 256-bit path when the
 // rounding test cannot decide.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_HYPERBOLIC_IMPL_HPP
+#define MIVORA_HYPERBOLIC_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -8,9 +14,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::hyperbolic {
+namespace {  // each translation unit that includes this its own copy
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 // Beyond this, e^|x|/2 exceeds the largest double by more than half an ulp.
@@ -61,8 +66,6 @@ dd::DD sinhSeries(double x) noexcept {
     return dd::add(dd::mul(acc, x), x);
 }
 
-}  // namespace
-
 double cosh(double x) noexcept {
     const double ax = std::fabs(x);
     if (!(ax < kOverflow)) return std::isnan(x) ? x + x : kInf;
@@ -97,4 +100,7 @@ double sinh(double x) noexcept {
     return x < 0 ? -r : r;
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::hyperbolic
+
+#endif

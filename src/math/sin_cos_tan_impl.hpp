@@ -1,7 +1,13 @@
 // sin, cos, sincos and tan, correctly rounded. Fast path: reduction to
-// |r| <= pi/4 (trig_reduce), a table of sin and cos at i/128 and short
+// |r| <= pi/4 (trig_reduce), a table of sin and cos at i/512 and short
 // polynomials around it, a rounding test; whatever the test cannot decide
 // goes to the 320-bit slow path.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_SIN_COS_TAN_IMPL_HPP
+#define MIVORA_SIN_COS_TAN_IMPL_HPP
+
 #include <cmath>
 
 #include "cr_math.hpp"
@@ -10,8 +16,8 @@
 #include "trig_reduce.hpp"
 #include "trig_slow.hpp"
 
-namespace Mivora::math {
-namespace {
+namespace Mivora::math::impl::sincostan {
+namespace {  // each translation unit that includes this its own copy
 
 using trig::DD;
 
@@ -47,8 +53,6 @@ DD cosOf(const Parts& p) noexcept {
 }
 
 bool isSpecial(double x) noexcept { return !std::isfinite(x); }
-
-}  // namespace
 
 double sin(double x) noexcept {
     const double ax = std::fabs(x);
@@ -107,4 +111,7 @@ double tan(double x) noexcept {
     return trig::slowTrig(x, trig::TrigKind::Tan);
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::sincostan
+
+#endif

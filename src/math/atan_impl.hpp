@@ -3,6 +3,12 @@
 // formed from the two magnitudes directly, |t| <= 2^-10, and the quadrant
 // added in the same sums; a rounding test, and the 320-bit slow path for
 // what it cannot decide.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_ATAN_IMPL_HPP
+#define MIVORA_ATAN_IMPL_HPP
+
 #include <cmath>
 
 #include "cr_math.hpp"
@@ -11,16 +17,14 @@
 #include "trig_reduce.hpp"
 #include "trig_slow.hpp"
 
-namespace Mivora::math {
-namespace {
+namespace Mivora::math::impl::arctan {
+namespace {  // each translation unit that includes this its own copy
 
 using trig::DD;
 
 constexpr DD kZero{0.0, 0.0};
 constexpr DD kHalfPi{trig::kPiOver2Hi, trig::kPiOver2Lo};
 constexpr DD kPiDD{trig::kPiHi, trig::kPiLo};
-
-}  // namespace
 
 double atan(double x) noexcept {
     const double ax = std::fabs(x);
@@ -75,4 +79,7 @@ double atan2(double y, double x) noexcept {
     return trig::slowAtan2(y, x);
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::arctan
+
+#endif

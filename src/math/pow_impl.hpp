@@ -2,6 +2,12 @@
 // with log x and the exponential in double-double (exp_log_fast.hpp), the
 // exact powers found by integer arithmetic, and the 256-bit path for the
 // rest of the cases the rounding test cannot decide.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_POW_IMPL_HPP
+#define MIVORA_POW_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -9,9 +15,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::powers {
+namespace {  // each translation unit that includes this its own copy
 
 using u64 = std::uint64_t;
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -137,8 +142,6 @@ double positivePow(double x, double y) noexcept {
     return detail::powAccurate(x, y);
 }
 
-}  // namespace
-
 double pow(double x, double y) noexcept {
     if (y == 0.0 || x == 1.0) return 1.0;
     if (std::isnan(x) || std::isnan(y)) return x + y;
@@ -165,4 +168,7 @@ double pow(double x, double y) noexcept {
     return x < 0.0 && odd ? -r : r;
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::powers
+
+#endif

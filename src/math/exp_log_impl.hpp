@@ -1,5 +1,11 @@
 // exp, exp10, log, log10, correctly rounded: the fast double-double paths of
 // exp_log_fast.hpp, decided by the rounding test, else the 256-bit paths.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_EXP_LOG_IMPL_HPP
+#define MIVORA_EXP_LOG_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -7,9 +13,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::explog {
+namespace {  // each translation unit that includes this its own copy
 
 using detail::ExpParts;
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -38,8 +43,6 @@ bool roundExp(const ExpParts& p, double* out) noexcept {
 
 wide::Wide timesLn10(double x) noexcept { return wide::mul(wide::fromDouble(x), tables::kWideLn10); }
 
-}  // namespace
-
 double exp(double x) noexcept {
     if (!(x < 709.8)) return x > 0 ? kInf : x + x;  // overflow, +inf, NaN
     if (x < kExpSubnormalBelow) {
@@ -67,8 +70,6 @@ double exp10(double x) noexcept {
     return wide::toDouble(detail::wideExp(timesLn10(x)));
 }
 
-namespace {
-
 // Shared by log and log10: special values, or the split of x. Returns true
 // with *special set when x is not a positive finite number other than 1.
 bool logSpecial(double x, double* special, int* e, double* m) noexcept {
@@ -82,8 +83,6 @@ bool logSpecial(double x, double* special, int* e, double* m) noexcept {
     detail::splitPositive(x, e, m);
     return false;
 }
-
-}  // namespace
 
 double log(double x) noexcept {
     double r = 0.0;
@@ -106,4 +105,7 @@ double log10(double x) noexcept {
     return wide::toDouble(wide::mul(detail::wideLog(x), tables::kWideInvLn10));
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::explog
+
+#endif
