@@ -35,7 +35,9 @@ inline bool fastParts(double ax, Parts& p) noexcept {
     p.quadrant = red.quadrant;
     // sin(q pi/2 + r) needs sin r for even q, cos r for odd q; cos the other.
     const bool odd = (red.quadrant & 1) != 0;
-    trig::sinCosOfReduced(red.r, odd ? wantCos : wantSin, odd ? wantSin : wantCos, p.s, p.c);
+    const bool sinR = (odd && wantCos) || (!odd && wantSin);
+    const bool cosR = (odd && wantSin) || (!odd && wantCos);
+    trig::sinCosOfReduced(red.r, sinR, cosR, p.s, p.c);
     return true;
 }
 
