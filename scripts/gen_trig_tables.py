@@ -85,6 +85,10 @@ def main():
     print()
     print("namespace Mivora::math::trig {")
     print()
+    print("// Internal linkage: a copy per translation unit that uses a table, so the")
+    print("// FMA3 build of the functions exports nothing but its entry points.")
+    print("namespace {")
+    print()
     print(f"inline constexpr int kFracWords = {FRAC_WORDS};")
     print()
     # Bits of 2/pi after the binary point, 64 to a word, most significant first.
@@ -141,6 +145,8 @@ def main():
     for j, v in enumerate(parts):
         print(f"inline constexpr double kPio2P{j + 1} = {hexd(v)};")
     print()
+    print()
+    print("}  // namespace")
     print()
     print("}  // namespace Mivora::math::trig")
     print()

@@ -1,9 +1,10 @@
 # Checks that code for instruction sets beyond the baseline (FMA3, AVX2,
 # AVX-512) stays inside the builds made for them (kernels, elementary
 # functions), which run only after the CPU has been asked: each such object
-# must export no code but its own entry points (a shared inline or template copy built for a wider ISA could
-# be the one the portable path ends up calling), and no other object of the
-# library may contain a VEX- or EVEX-encoded instruction.
+# must export nothing but its own entry points (a shared inline or template
+# copy built for a wider ISA could be the one the portable path ends up
+# calling), and no other object of the library may contain a VEX- or
+# EVEX-encoded instruction.
 # Run by ctest with -DNM=<nm> -DOBJDUMP=<objdump> -DOBJECTS=<library objects>.
 cmake_minimum_required(VERSION 3.25)
 
@@ -21,7 +22,7 @@ foreach(obj IN LISTS OBJECTS)
             list(GET isaNamespaces ${i} ns)
             list(APPEND found "${pattern}")
             set(isIsa TRUE)
-            execute_process(COMMAND "${NM}" --defined-only --extern-only -C --format=sysv "${obj}"
+            execute_process(COMMAND "${NM}" --defined-only --extern-only -C "${obj}"
                 OUTPUT_VARIABLE symbols RESULT_VARIABLE rc)
             if(NOT rc EQUAL 0)
                 message(FATAL_ERROR "${NM} failed on ${obj}")
@@ -30,10 +31,9 @@ foreach(obj IN LISTS OBJECTS)
             set(entryPoints 0)
             set(strays "")
             foreach(line IN LISTS lines)
-                # "name|value|class|type|size|line|section": code is what lives in a text
-                # section (shared tables in .rodata are data, built the same for every ISA).
-                if(line MATCHES "^([^|]*)\\|.*\\|[ ]*\\.text[^|]*$")
-                    string(STRIP "${CMAKE_MATCH_1}" name)
+                # "<address> <type> <name>"; code types: T (text), W (weak), i (ifunc), u (unique).
+                if(line MATCHES "^[0-9a-fA-F]+ ([TWiu]) (.*)$")
+                    set(name "${CMAKE_MATCH_2}")
                     if(name MATCHES "^Mivora::${ns}::")
                         math(EXPR entryPoints "${entryPoints} + 1")
                     else()

@@ -26,7 +26,7 @@ constexpr DD kZero{0.0, 0.0};
 constexpr DD kHalfPi{trig::kPiOver2Hi, trig::kPiOver2Lo};
 constexpr DD kPiDD{trig::kPiHi, trig::kPiLo};
 
-double atan(double x) noexcept {
+inline double atan(double x) noexcept {
     const double ax = std::fabs(x);
     if (std::isnan(x)) return x + x;
     // |x| < 2^-27: atan x = x (1 - x^2/3 + ...) rounds to x (signed zero kept).
@@ -41,7 +41,7 @@ double atan(double x) noexcept {
     return trig::slowAtan2(x, 1.0);
 }
 
-double atan2(double y, double x) noexcept {
+inline double atan2(double y, double x) noexcept {
     if (std::isnan(x) || std::isnan(y)) return x + y;
     const bool negX = std::signbit(x);
     const double a = std::fabs(y), b = std::fabs(x);

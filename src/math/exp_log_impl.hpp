@@ -35,15 +35,15 @@ constexpr double kExp10SubnormalBelow = -307.6;
 constexpr double kExpRoundsToOne = 0x1p-54;
 constexpr double kExp10RoundsToOne = 0x1p-56;
 
-bool roundExp(const ExpParts& p, double* out) noexcept {
+inline bool roundExp(const ExpParts& p, double* out) noexcept {
     if (!dd::roundsUnambiguously(p.v, kExpMargin, out)) return false;
     *out = detail::scaleNormal(*out, p.n);
     return true;
 }
 
-wide::Wide timesLn10(double x) noexcept { return wide::mul(wide::fromDouble(x), tables::kWideLn10); }
+inline wide::Wide timesLn10(double x) noexcept { return wide::mul(wide::fromDouble(x), tables::kWideLn10); }
 
-double exp(double x) noexcept {
+inline double exp(double x) noexcept {
     if (!(x < 709.8)) return x > 0 ? kInf : x + x;  // overflow, +inf, NaN
     if (x < kExpSubnormalBelow) {
         if (x < -745.2) return 0.0;  // below 2^-1075: rounds to 0
@@ -55,7 +55,7 @@ double exp(double x) noexcept {
     return wide::toDouble(detail::wideExp(wide::fromDouble(x)));
 }
 
-double exp10(double x) noexcept {
+inline double exp10(double x) noexcept {
     if (!(x < 308.3)) return x > 0 ? kInf : x + x;
     if (x < kExp10SubnormalBelow) {
         if (x < -323.7) return 0.0;
@@ -72,7 +72,7 @@ double exp10(double x) noexcept {
 
 // Shared by log and log10: special values, or the split of x. Returns true
 // with *special set when x is not a positive finite number other than 1.
-bool logSpecial(double x, double* special, int* e, double* m) noexcept {
+inline bool logSpecial(double x, double* special, int* e, double* m) noexcept {
     if (!(x > 0.0) || x == kInf || x == 1.0) {
         if (x == 1.0) *special = 0.0;
         else if (x == 0.0) *special = -kInf;
@@ -84,7 +84,7 @@ bool logSpecial(double x, double* special, int* e, double* m) noexcept {
     return false;
 }
 
-double log(double x) noexcept {
+inline double log(double x) noexcept {
     double r = 0.0;
     int e = 0;
     double m = 1.0;
@@ -93,7 +93,7 @@ double log(double x) noexcept {
     return wide::toDouble(detail::wideLog(x));
 }
 
-double log10(double x) noexcept {
+inline double log10(double x) noexcept {
     double r = 0.0;
     int e = 0;
     double m = 1.0;

@@ -41,22 +41,22 @@ inline bool fastParts(double ax, Parts& p) noexcept {
     return true;
 }
 
-DD negIf(DD v, bool negative) noexcept { return negative ? dd::neg(v) : v; }
+inline DD negIf(DD v, bool negative) noexcept { return negative ? dd::neg(v) : v; }
 
 // sin(q pi/2 + r) and cos(q pi/2 + r).
-DD sinOf(const Parts& p) noexcept {
+inline DD sinOf(const Parts& p) noexcept {
     const DD v = p.quadrant % 2 == 0 ? p.s : p.c;
     return negIf(v, p.quadrant >= 2);
 }
 
-DD cosOf(const Parts& p) noexcept {
+inline DD cosOf(const Parts& p) noexcept {
     const DD v = p.quadrant % 2 == 0 ? p.c : p.s;
     return negIf(v, p.quadrant == 1 || p.quadrant == 2);
 }
 
-bool isSpecial(double x) noexcept { return !std::isfinite(x); }
+inline bool isSpecial(double x) noexcept { return !std::isfinite(x); }
 
-double sin(double x) noexcept {
+inline double sin(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;  // NaN for NaN and +-inf
     // |x| < 2^-26: sin x = x (1 - x^2/6 + ...) lies within 2^-54.5 |x| of x,
@@ -68,7 +68,7 @@ double sin(double x) noexcept {
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
 
-double cos(double x) noexcept {
+inline double cos(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: 1 - x^2/2 lies above 1 - 2^-55, so it rounds to 1.
@@ -79,7 +79,7 @@ double cos(double x) noexcept {
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
 
-SinCos sincos(double x) noexcept {
+inline SinCos sincos(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return {x - x, x - x};
     if (ax < 0x1p-27) return {x, 1.0};
@@ -96,7 +96,7 @@ SinCos sincos(double x) noexcept {
     return {trig::slowTrig(x, trig::TrigKind::Sin), trig::slowTrig(x, trig::TrigKind::Cos)};
 }
 
-double tan(double x) noexcept {
+inline double tan(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: tan x = x (1 + x^2/3 + ...) within 2^-55.5 |x| of x.

@@ -7,6 +7,10 @@
 
 namespace Mivora::math::trig {
 
+// Internal linkage: a copy per translation unit that uses a table, so the
+// FMA3 build of the functions exports nothing but its entry points.
+namespace {
+
 inline constexpr int kFracWords = 5;
 
 // 2/pi = sum of kTwoOverPi[i] * 2^(-64(i+1)).
@@ -1040,6 +1044,8 @@ inline constexpr double kPio2P2 = 0x1.0b4611a600000p-34;
 inline constexpr double kPio2P3 = 0x1.3198a2e000000p-69;
 inline constexpr double kPio2P4 = 0x1.b839a252049c1p-104;
 
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 
