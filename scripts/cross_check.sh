@@ -2,10 +2,11 @@
 # Same bits on three machines. Runs the golden values (tests/golden), the
 # main suite and, where it is built, the accuracy test of the elementary
 # functions against MPFR (natively; under qemu with CROSS_CHECK_MATH=1), on:
-#   native    x86-64 as built (the FMA3 kernels when the CPU has FMA)
+#   native    x86-64 as built (the FMA3 kernels and elementary functions
+#             when the CPU has FMA)
 #   nofma     the same x86-64 binaries under qemu-x86_64 -cpu Nehalem (no
-#             FMA/AVX): the portable kernels, and the C library's non-FMA
-#             variants of whatever it still provides
+#             FMA/AVX): the portable kernels and elementary functions, and
+#             the C library's non-FMA variants of whatever it still provides
 #   aarch64   cross-compiled with g++-aarch64-linux-gnu, run under
 #             qemu-aarch64 (GoogleTest built for the target from Debian's
 #             /usr/src/googletest)

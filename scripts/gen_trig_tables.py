@@ -13,8 +13,9 @@ PI = mpmath.pi
 FRAC_WORDS = 5            # fraction words of the slow path's fixed point
 TWO_OVER_PI_WORDS = 28    # covers the largest exponent plus the slow path's width
 ATAN_STEPS = 64           # slow path: atan at i/64, i = 0..64
-FAST_STEPS = 128          # fast paths: sin, cos at i/128 up to pi/4, atan up to 1
-SINCOS_ENTRIES = 104      # i/128 for i = 0..103 covers pi/4 plus rounding
+FAST_STEPS = 512          # fast path of atan: atan at i/512 up to 1
+SINCOS_STEPS = 512        # fast paths of sin, cos, tan: sin and cos at i/512 up to pi/4
+SINCOS_ENTRIES = 404      # i/512 for i = 0..403 covers pi/4 plus rounding
 
 
 def fixed_words(v):
@@ -47,6 +48,16 @@ def rn(v):
     return sign * float(mpmath.ldexp(m, e - 52))
 
 
+def rn_bits(v, bits):
+    """v rounded to the nearest number of `bits` significant bits."""
+    e = int(mpmath.floor(mpmath.log(abs(v), 2)))
+    scale = mpmath.mpf(2) ** (bits - 1 - e)
+    m = int(mpmath.nint(v * scale))
+    r = float(mpmath.mpf(m) / scale)
+    assert mpmath.mpf(r) == mpmath.mpf(m) / scale
+    return r
+
+
 def dd(v):
     hi = rn(v)
     lo = rn(v - mpmath.mpf(hi))
@@ -74,6 +85,10 @@ def main():
     print()
     print("namespace Mivora::math::trig {")
     print()
+    print("// Internal linkage: a copy per translation unit that uses a table, so the")
+    print("// FMA3 build of the functions exports nothing but its entry points.")
+    print("namespace {")
+    print()
     print(f"inline constexpr int kFracWords = {FRAC_WORDS};")
     print()
     # Bits of 2/pi after the binary point, 64 to a word, most significant first.
@@ -99,11 +114,12 @@ def main():
         hi, lo = dd(mpmath.atan(mpmath.mpf(i) / FAST_STEPS))
         print(f"    {{{hexd(hi)}, {hexd(lo)}}},")
     print("};")
-    print(f"// sin(i/{FAST_STEPS}) and cos(i/{FAST_STEPS}): sin hi, sin lo, cos hi, cos lo.")
+    print(f"inline constexpr int kSinCosSteps = {SINCOS_STEPS};")
+    print(f"// sin(i/{SINCOS_STEPS}) and cos(i/{SINCOS_STEPS}): sin hi, sin lo, cos hi, cos lo.")
     print(f"inline constexpr int kSinCosEntries = {SINCOS_ENTRIES};")
     print(f"inline constexpr double kSinCosStep[{SINCOS_ENTRIES}][4] = {{")
     for i in range(SINCOS_ENTRIES):
-        a = mpmath.mpf(i) / FAST_STEPS
+        a = mpmath.mpf(i) / SINCOS_STEPS
         sh, sl = dd(mpmath.sin(a))
         ch, cl = dd(mpmath.cos(a))
         print(f"    {{{hexd(sh)}, {hexd(sl)}, {hexd(ch)}, {hexd(cl)}}},")
@@ -115,16 +131,22 @@ def main():
     print(f"inline constexpr double kPiOver4 = {hexd(rn(PI / 4))};  // rounded to nearest")
     print(f"inline constexpr double k3PiOver4 = {hexd(rn(3 * PI / 4))};  // rounded to nearest")
     print(f"inline constexpr double kTwoOverPiD = {hexd(rn(2 / PI))};")
-    # pi/2 in three parts for the moderate-argument reduction.
-    p1 = rn(PI / 2)
-    p2 = rn(PI / 2 - mpmath.mpf(p1))
-    p3 = rn(PI / 2 - mpmath.mpf(p1) - mpmath.mpf(p2))
-    err = abs(PI / 2 - mpmath.mpf(p1) - mpmath.mpf(p2) - mpmath.mpf(p3))
-    print(f"// pi/2 = kPio2P1 + kPio2P2 + kPio2P3 within 2^{int(mpmath.floor(mpmath.log(err, 2)))}.")
-    print(f"inline constexpr double kPio2P1 = {hexd(p1)};")
-    print(f"inline constexpr double kPio2P2 = {hexd(p2)};")
-    print(f"inline constexpr double kPio2P3 = {hexd(p3)};")
+    # pi/2 in four parts for the moderate-argument reduction: three of 33
+    # significant bits (k times each is exact for k < 2^20), then the rest.
+    parts = []
+    rest = PI / 2
+    for _ in range(3):
+        parts.append(rn_bits(rest, 33))
+        rest -= mpmath.mpf(parts[-1])
+    parts.append(rn(rest))
+    err = abs(rest - mpmath.mpf(parts[-1]))
+    print(f"// pi/2 = kPio2P1 + ... + kPio2P4 within 2^{int(mpmath.floor(mpmath.log(err, 2)))}; P1..P3 have"
+          " 33 significant bits.")
+    for j, v in enumerate(parts):
+        print(f"inline constexpr double kPio2P{j + 1} = {hexd(v)};")
     print()
+    print()
+    print("}  // namespace")
     print()
     print("}  // namespace Mivora::math::trig")
     print()

@@ -1,21 +1,22 @@
 # Checks that code for instruction sets beyond the baseline (FMA3, AVX2,
-# AVX-512) stays inside the kernel builds made for them, which run only after
-# the CPU has been asked: each such object must export nothing but its own
-# entry points (a shared inline or template copy built for a wider ISA could
-# be the one the portable path ends up calling), and no other object of the
-# library may contain a VEX- or EVEX-encoded instruction.
+# AVX-512) stays inside the builds made for them (kernels, elementary
+# functions), which run only after the CPU has been asked: each such object
+# must export nothing but its own entry points (a shared inline or template
+# copy built for a wider ISA could be the one the portable path ends up
+# calling), and no other object of the library may contain a VEX- or
+# EVEX-encoded instruction.
 # Run by ctest with -DNM=<nm> -DOBJDUMP=<objdump> -DOBJECTS=<library objects>.
 cmake_minimum_required(VERSION 3.25)
 
 # Object name pattern -> the namespace its entry points live in.
-set(isaObjects "kernels_x86_fma;channel_kernels_avx2;channel_kernels_avx512")
-set(isaNamespaces "x86fma;x86avx2;x86avx512")
+set(isaObjects "kernels_x86_fma;channel_kernels_avx2;channel_kernels_avx512;entry_points_x86_fma")
+set(isaNamespaces "detail::x86fma;detail::x86avx2;detail::x86avx512;math::x86fma")
 
 set(otherObjects "")
 set(found "")
 foreach(obj IN LISTS OBJECTS)
     set(isIsa FALSE)
-    foreach(i RANGE 2)
+    foreach(i RANGE 3)
         list(GET isaObjects ${i} pattern)
         if(obj MATCHES "/${pattern}\\.cpp\\.o(bj)?$")
             list(GET isaNamespaces ${i} ns)
@@ -33,7 +34,7 @@ foreach(obj IN LISTS OBJECTS)
                 # "<address> <type> <name>"; code types: T (text), W (weak), i (ifunc), u (unique).
                 if(line MATCHES "^[0-9a-fA-F]+ ([TWiu]) (.*)$")
                     set(name "${CMAKE_MATCH_2}")
-                    if(name MATCHES "^Mivora::detail::${ns}::")
+                    if(name MATCHES "^Mivora::${ns}::")
                         math(EXPR entryPoints "${entryPoints} + 1")
                     else()
                         list(APPEND strays "${name}")
@@ -46,7 +47,7 @@ foreach(obj IN LISTS OBJECTS)
             if(entryPoints LESS 2)
                 message(FATAL_ERROR "${pattern} exports ${entryPoints} entry points, expected 2")
             endif()
-            message(STATUS "${pattern}: ${entryPoints} entry points in Mivora::detail::${ns}")
+            message(STATUS "${pattern}: ${entryPoints} entry points in Mivora::${ns}")
         endif()
     endforeach()
     if(NOT isIsa)

@@ -20,6 +20,8 @@ struct DD {
     double lo;
 };
 
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
 // a + b = s + e exactly, for any a, b (Knuth).
 inline DD twoSum(double a, double b) noexcept {
     const double s = a + b;
@@ -126,6 +128,8 @@ inline bool roundsUnambiguously(DD v, double relErr, double* out) noexcept {
     *out = a;
     return true;
 }
+
+}  // namespace
 
 }  // namespace Mivora::math::dd
 

@@ -20,6 +20,14 @@ static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must be evaluated in doub
 
 namespace Mivora::math::detail {
 
+// e^(xh + xl) = 2^n * v, v.hi in about [0.7, 1.5].
+struct ExpParts {
+    dd::DD v;
+    int n;
+};
+
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
 inline std::uint64_t bitsOf(double x) noexcept {
     std::uint64_t b = 0;
     std::memcpy(&b, &x, sizeof b);
@@ -44,12 +52,6 @@ inline double scaleNormal(double x, int n) noexcept {
     }
     return x * twoPow(n);
 }
-
-// e^(xh + xl) = 2^n * v, v.hi in about [0.7, 1.5].
-struct ExpParts {
-    dd::DD v;
-    int n;
-};
 
 // e^(xh + xl) for |xh| <= 746, |xl| <= 2^-40: relative error below 2^-68.2.
 //
@@ -140,6 +142,8 @@ inline void splitPositive(double x, int* e, double* m) noexcept {
     *e = biased - 1023 - adjust;
     *m = fromBits((b & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1023} << 52));
 }
+
+}  // namespace
 
 }  // namespace Mivora::math::detail
 

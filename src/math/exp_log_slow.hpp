@@ -14,7 +14,7 @@ wide::Wide wideExp(const wide::Wide& t) noexcept;
 wide::Wide wideLog(double x) noexcept;
 
 // The accurate paths of pow and sinh/cosh, rounded to double.
-// x^y for x > 0 with |y log x| < 746 (not for exact powers: see pow.cpp).
+// x^y for x > 0 with |y log x| < 746 (not for exact powers: see pow_impl.hpp).
 double powAccurate(double x, double y) noexcept;
 // (e^ax - e^-ax)/2 (difference) or (e^ax + e^-ax)/2, 2^-26 <= ax < 711.
 double hyperbolicAccurate(double ax, bool difference) noexcept;

@@ -19,6 +19,8 @@ struct Fixed {
     std::uint64_t w[kWords];
 };
 
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
 // Full 64 x 64 -> 128-bit product.
 inline void mul64(std::uint64_t a, std::uint64_t b, std::uint64_t& hi, std::uint64_t& lo) noexcept {
 #if defined(__SIZEOF_INT128__)
@@ -265,6 +267,8 @@ inline Fixed fixedReciprocal(const Fixed& d) noexcept {
     for (int i = 0; i < 4; ++i) z = fixedMul(z, fixedSub(two, fixedMul(d, z)));
     return z;
 }
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 

@@ -57,26 +57,9 @@ void reduceBits(double ax, int& quadrant, bool& negative, std::uint64_t (&frac)[
 
 }  // namespace
 
-// Below 2^27, Cody-Waite with pi/2 = P1 + P2 + P3 (error 2^-164) and the
-// products k P1, k P2 exact through fma: with |k| < 2^27 every term left
-// after the exact two-sums is below 2^-53, so the four rounded additions of
-// the low part err by under 2^-104, k P3 by 2^-135 and the truncation of pi/2
-// by 2^-137. Above, Payne-Hanek with three words of 2/pi: the fraction errs
-// by 2^-137, its conversion by 2^-159 and the product with pi/2 by 2^-104 |r|.
-ReducedFast reduceFast(double ax) noexcept {
-    if (ax <= 0x1.921fb54442d18p-1) return {0, {ax, 0.0}};  // below pi/4: r = x
-    if (ax < 0x1p27) {
-        const double t = ax * kTwoOverPiD;
-        const double k = (t + 0x1.8p52) - 0x1.8p52;  // nearest integer
-        const DD p1 = dd::twoProd(k, kPio2P1);
-        const DD s = dd::twoSum(ax, -p1.hi);
-        const DD v1 = dd::twoSum(s.hi, -p1.lo);
-        const DD p2 = dd::twoProd(k, kPio2P2);
-        const DD v2 = dd::twoSum(v1.hi, -p2.hi);
-        const double lo = (((s.lo + v1.lo) + v2.lo) - p2.lo) - k * kPio2P3;
-        const int q = static_cast<int>(static_cast<std::int64_t>(k) & 3);
-        return {q, dd::twoSum(v2.hi, lo)};
-    }
+// From 2^20: Payne-Hanek with three words of 2/pi: the fraction errs by
+// 2^-137, its conversion by 2^-159 and the product with pi/2 by 2^-104 |r|.
+ReducedFast reduceFastHuge(double ax) noexcept {
     int q = 0;
     bool negative = false;
     std::uint64_t f[3];

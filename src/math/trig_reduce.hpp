@@ -17,7 +17,7 @@ struct ReducedFast {
     int quadrant;
     DD r;
 };
-ReducedFast reduceFast(double ax) noexcept;
+ReducedFast reduceFastHuge(double ax) noexcept;  // ax >= 2^20
 
 // Slow reduction: |r| in fixed point with absolute error below 2^-315, its
 // sign, and the quadrant. r == ax exactly when ax < pi/4.
@@ -27,6 +27,26 @@ struct ReducedWide {
     Fixed r;
 };
 ReducedWide reduceWide(double ax) noexcept;
+
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
+// Below 2^20, Cody-Waite with pi/2 = P1 + P2 + P3 + P4 (error 2^-160), P1 to
+// P3 of 33 bits so that k Pj is exact for the quotient k < 2^20. ax - k P1
+// is exact (Sterbenz: ax / (k P1) lies in [1/2, 3/2]); the subtractions of
+// k P2 and k P3 are exact two-sums. Left: the rounded sum of their two low
+// parts (each below 2^-53 of the running value) and k P4 (below 2^-84,
+// rounding 2^-137), so r errs by under 2^-104 |r| + 2^-130 absolute.
+inline ReducedFast reduceFast(double ax) noexcept {
+    if (ax <= 0x1.921fb54442d18p-1) return {0, {ax, 0.0}};  // below pi/4: r = x
+    if (ax >= 0x1p20) return reduceFastHuge(ax);
+    const double k = (ax * kTwoOverPiD + 0x1.8p52) - 0x1.8p52;  // nearest integer
+    const double s = ax - k * kPio2P1;
+    const DD v = dd::twoSum(s, -(k * kPio2P2));
+    const DD w = dd::twoSum(v.hi, -(k * kPio2P3));
+    const double lo = (v.lo + w.lo) - k * kPio2P4;
+    const int q = static_cast<int>(static_cast<std::int64_t>(k) & 3);
+    return {q, dd::fastTwoSum(w.hi, lo)};
+}
 
 // ax = m * 2^e with 2^52 <= m < 2^53 (subnormals normalised too); ax > 0.
 inline void decompose(double ax, std::uint64_t& m, int& e) noexcept {
@@ -53,6 +73,8 @@ inline double pow2(int n) noexcept {
     std::memcpy(&r, &bits, sizeof r);
     return r;
 }
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 

@@ -11,6 +11,8 @@ namespace Mivora::math::trig {
 
 using dd::DD;
 
+namespace {  // internal linkage: see entry_points_x86_fma.cpp
+
 // n - q d exactly, for q = n / d rounded (barring underflow): the remainder
 // of a correctly rounded quotient is representable, and n - p.hi is exact by
 // Sterbenz's lemma since q d lies within a factor two of n.
@@ -21,6 +23,8 @@ inline double divisionRemainder(double n, double q, double d) noexcept {
 
 // The integer nearest to 0 <= v < 2^51 (ties to even).
 inline int nearestInt(double v) noexcept { return static_cast<int>((v + 0x1.8p52) - 0x1.8p52); }
+
+}  // namespace
 
 }  // namespace Mivora::math::trig
 

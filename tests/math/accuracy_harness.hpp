@@ -70,6 +70,12 @@ std::vector<T> joined(std::vector<T> a, const std::vector<T>& b) {
     return a;
 }
 
+// The row's function from the portable build, when the row checks one of
+// the entry points (empty otherwise): the entry points may run the FMA3
+// build, and both must give the same bits.
+std::function<double(double)> portableUnary(const std::string& name);
+std::function<double(double, double)> portableBinary(const std::string& name);
+
 // Rows of each family.
 std::vector<UnaryRow> expLogUnaryRows();
 std::vector<BinaryRow> expLogBinaryRows();

@@ -1,7 +1,13 @@
 // sin, cos, sincos and tan, correctly rounded. Fast path: reduction to
-// |r| <= pi/4 (trig_reduce), a table of sin and cos at i/128 and short
+// |r| <= pi/4 (trig_reduce), a table of sin and cos at i/512 and short
 // polynomials around it, a rounding test; whatever the test cannot decide
 // goes to the 320-bit slow path.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_SIN_COS_TAN_IMPL_HPP
+#define MIVORA_SIN_COS_TAN_IMPL_HPP
+
 #include <cmath>
 
 #include "cr_math.hpp"
@@ -10,8 +16,8 @@
 #include "trig_reduce.hpp"
 #include "trig_slow.hpp"
 
-namespace Mivora::math {
-namespace {
+namespace Mivora::math::impl::sincostan {
+namespace {  // each translation unit that includes this its own copy
 
 using trig::DD;
 
@@ -22,34 +28,35 @@ struct Parts {
 };
 
 // false when the reduced argument is too small for the fast path's bound.
-bool fastParts(double ax, bool wantSin, bool wantCos, Parts& p) noexcept {
+template <bool wantSin, bool wantCos>
+inline bool fastParts(double ax, Parts& p) noexcept {
     const trig::ReducedFast red = trig::reduceFast(ax);
     if (ax >= 0.7853981633974483 && std::fabs(red.r.hi) < 0x1p-25) return false;
     p.quadrant = red.quadrant;
     // sin(q pi/2 + r) needs sin r for even q, cos r for odd q; cos the other.
     const bool odd = (red.quadrant & 1) != 0;
-    trig::sinCosOfReduced(red.r, odd ? wantCos : wantSin, odd ? wantSin : wantCos, p.s, p.c);
+    const bool sinR = (odd && wantCos) || (!odd && wantSin);
+    const bool cosR = (odd && wantSin) || (!odd && wantCos);
+    trig::sinCosOfReduced(red.r, sinR, cosR, p.s, p.c);
     return true;
 }
 
-DD negIf(DD v, bool negative) noexcept { return negative ? dd::neg(v) : v; }
+inline DD negIf(DD v, bool negative) noexcept { return negative ? dd::neg(v) : v; }
 
 // sin(q pi/2 + r) and cos(q pi/2 + r).
-DD sinOf(const Parts& p) noexcept {
+inline DD sinOf(const Parts& p) noexcept {
     const DD v = p.quadrant % 2 == 0 ? p.s : p.c;
     return negIf(v, p.quadrant >= 2);
 }
 
-DD cosOf(const Parts& p) noexcept {
+inline DD cosOf(const Parts& p) noexcept {
     const DD v = p.quadrant % 2 == 0 ? p.c : p.s;
     return negIf(v, p.quadrant == 1 || p.quadrant == 2);
 }
 
-bool isSpecial(double x) noexcept { return !std::isfinite(x); }
+inline bool isSpecial(double x) noexcept { return !std::isfinite(x); }
 
-}  // namespace
-
-double sin(double x) noexcept {
+inline double sin(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;  // NaN for NaN and +-inf
     // |x| < 2^-26: sin x = x (1 - x^2/6 + ...) lies within 2^-54.5 |x| of x,
@@ -57,28 +64,28 @@ double sin(double x) noexcept {
     if (ax < 0x1p-26) return x;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, true, false, p) && dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out)) return out;
+    if (fastParts<true, false>(ax, p) && dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Sin);
 }
 
-double cos(double x) noexcept {
+inline double cos(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: 1 - x^2/2 lies above 1 - 2^-55, so it rounds to 1.
     if (ax < 0x1p-27) return 1.0;
     Parts p{};
     double out = 0.0;
-    if (fastParts(ax, false, true, p) && dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out)) return out;
+    if (fastParts<false, true>(ax, p) && dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out)) return out;
     return trig::slowTrig(x, trig::TrigKind::Cos);
 }
 
-SinCos sincos(double x) noexcept {
+inline SinCos sincos(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return {x - x, x - x};
     if (ax < 0x1p-27) return {x, 1.0};
     Parts p{};
     SinCos out{};
-    if (fastParts(ax, true, true, p)) {
+    if (fastParts<true, true>(ax, p)) {
         const bool sinOk = ax < 0x1p-26 || dd::roundsUnambiguously(negIf(sinOf(p), x < 0), trig::kSinCosError, &out.sin);
         if (ax < 0x1p-26) out.sin = x;
         const bool cosOk = dd::roundsUnambiguously(cosOf(p), trig::kSinCosError, &out.cos);
@@ -89,13 +96,13 @@ SinCos sincos(double x) noexcept {
     return {trig::slowTrig(x, trig::TrigKind::Sin), trig::slowTrig(x, trig::TrigKind::Cos)};
 }
 
-double tan(double x) noexcept {
+inline double tan(double x) noexcept {
     const double ax = std::fabs(x);
     if (isSpecial(x)) return x - x;
     // |x| < 2^-27: tan x = x (1 + x^2/3 + ...) within 2^-55.5 |x| of x.
     if (ax < 0x1p-27) return x;
     Parts p{};
-    if (fastParts(ax, true, true, p)) {
+    if (fastParts<true, true>(ax, p)) {
         double out = 0.0;
         // tan = sin r / cos r, or -cos r / sin r in the odd quadrants.
         const bool odd = (p.quadrant & 1) != 0;
@@ -106,4 +113,7 @@ double tan(double x) noexcept {
     return trig::slowTrig(x, trig::TrigKind::Tan);
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::sincostan
+
+#endif

@@ -1,6 +1,12 @@
 // sinh and cosh, correctly rounded: (e^x -+ e^-x)/2 from the double-double
 // exponential, a series for small sinh arguments, the 256-bit path when the
 // rounding test cannot decide.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_HYPERBOLIC_IMPL_HPP
+#define MIVORA_HYPERBOLIC_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -8,9 +14,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::hyperbolic {
+namespace {  // each translation unit that includes this its own copy
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 // Beyond this, e^|x|/2 exceeds the largest double by more than half an ulp.
@@ -19,7 +24,7 @@ constexpr double kOverflow = 710.5;
 constexpr double kOneSided = 40.0;
 
 // e^ax / 2 for ax >= kOneSided: relative error 2^-68.2 (expCore) + 2^-115.
-bool oneSided(double ax, double* out) noexcept {
+inline bool oneSided(double ax, double* out) noexcept {
     const detail::ExpParts p = detail::expCore(ax, 0.0);
     if (!dd::roundsUnambiguously(p.v, 0x1p-67, out)) return false;
     *out = detail::scaleNormal(*out, p.n - 1);
@@ -30,7 +35,7 @@ bool oneSided(double ax, double* out) noexcept {
 // the halving). e^ax has relative error d < 2^-68.2 and 1/e^ax the same d
 // plus 2^-102; the sum keeps d, the difference multiplies it by
 // coth(ax) <= 2.17 for ax >= 1/2 (its callers' range).
-dd::DD twoSided(double ax, bool difference) noexcept {
+inline dd::DD twoSided(double ax, bool difference) noexcept {
     const detail::ExpParts p = detail::expCore(ax, 0.0);
     const dd::DD e = dd::scale(p.v, detail::twoPow(p.n));
     // 1/e = q/(1 - r) with q = 1/e.hi and r = 1 - q e (|r| < 2^-51, formed
@@ -49,7 +54,7 @@ dd::DD twoSided(double ax, bool difference) noexcept {
 // sinh(x) for 2^-26 <= |x| < 1/2: x + x w P(w), w = x^2, P = sum w^k/(2k+3)!
 // Terms k >= 3 (below 2^-26.5 of x) in double, the others in double-double.
 // Truncation after w^8/19! below 2^-73.8, roundings below 2^-75.
-dd::DD sinhSeries(double x) noexcept {
+inline dd::DD sinhSeries(double x) noexcept {
     using namespace tables;
     const dd::DD w = dd::twoProd(x, x);
     const double wh = w.hi;
@@ -61,9 +66,7 @@ dd::DD sinhSeries(double x) noexcept {
     return dd::add(dd::mul(acc, x), x);
 }
 
-}  // namespace
-
-double cosh(double x) noexcept {
+inline double cosh(double x) noexcept {
     const double ax = std::fabs(x);
     if (!(ax < kOverflow)) return std::isnan(x) ? x + x : kInf;
     // cosh x - 1 < x^2/2 < 2^-53: within half an ulp above 1.
@@ -78,7 +81,7 @@ double cosh(double x) noexcept {
     return detail::hyperbolicAccurate(ax, false);
 }
 
-double sinh(double x) noexcept {
+inline double sinh(double x) noexcept {
     const double ax = std::fabs(x);
     if (!(ax < kOverflow)) return std::isnan(x) ? x + x : (x < 0 ? -kInf : kInf);
     // sinh x = x (1 + d), 0 <= d < x^2/6 < 2^-54: x itself (also +-0).
@@ -97,4 +100,7 @@ double sinh(double x) noexcept {
     return x < 0 ? -r : r;
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::hyperbolic
+
+#endif

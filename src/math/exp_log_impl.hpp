@@ -1,5 +1,11 @@
 // exp, exp10, log, log10, correctly rounded: the fast double-double paths of
 // exp_log_fast.hpp, decided by the rounding test, else the 256-bit paths.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_EXP_LOG_IMPL_HPP
+#define MIVORA_EXP_LOG_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -7,9 +13,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::explog {
+namespace {  // each translation unit that includes this its own copy
 
 using detail::ExpParts;
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -30,17 +35,15 @@ constexpr double kExp10SubnormalBelow = -307.6;
 constexpr double kExpRoundsToOne = 0x1p-54;
 constexpr double kExp10RoundsToOne = 0x1p-56;
 
-bool roundExp(const ExpParts& p, double* out) noexcept {
+inline bool roundExp(const ExpParts& p, double* out) noexcept {
     if (!dd::roundsUnambiguously(p.v, kExpMargin, out)) return false;
     *out = detail::scaleNormal(*out, p.n);
     return true;
 }
 
-wide::Wide timesLn10(double x) noexcept { return wide::mul(wide::fromDouble(x), tables::kWideLn10); }
+inline wide::Wide timesLn10(double x) noexcept { return wide::mul(wide::fromDouble(x), tables::kWideLn10); }
 
-}  // namespace
-
-double exp(double x) noexcept {
+inline double exp(double x) noexcept {
     if (!(x < 709.8)) return x > 0 ? kInf : x + x;  // overflow, +inf, NaN
     if (x < kExpSubnormalBelow) {
         if (x < -745.2) return 0.0;  // below 2^-1075: rounds to 0
@@ -52,7 +55,7 @@ double exp(double x) noexcept {
     return wide::toDouble(detail::wideExp(wide::fromDouble(x)));
 }
 
-double exp10(double x) noexcept {
+inline double exp10(double x) noexcept {
     if (!(x < 308.3)) return x > 0 ? kInf : x + x;
     if (x < kExp10SubnormalBelow) {
         if (x < -323.7) return 0.0;
@@ -67,11 +70,9 @@ double exp10(double x) noexcept {
     return wide::toDouble(detail::wideExp(timesLn10(x)));
 }
 
-namespace {
-
 // Shared by log and log10: special values, or the split of x. Returns true
 // with *special set when x is not a positive finite number other than 1.
-bool logSpecial(double x, double* special, int* e, double* m) noexcept {
+inline bool logSpecial(double x, double* special, int* e, double* m) noexcept {
     if (!(x > 0.0) || x == kInf || x == 1.0) {
         if (x == 1.0) *special = 0.0;
         else if (x == 0.0) *special = -kInf;
@@ -83,9 +84,7 @@ bool logSpecial(double x, double* special, int* e, double* m) noexcept {
     return false;
 }
 
-}  // namespace
-
-double log(double x) noexcept {
+inline double log(double x) noexcept {
     double r = 0.0;
     int e = 0;
     double m = 1.0;
@@ -94,7 +93,7 @@ double log(double x) noexcept {
     return wide::toDouble(detail::wideLog(x));
 }
 
-double log10(double x) noexcept {
+inline double log10(double x) noexcept {
     double r = 0.0;
     int e = 0;
     double m = 1.0;
@@ -106,4 +105,7 @@ double log10(double x) noexcept {
     return wide::toDouble(wide::mul(detail::wideLog(x), tables::kWideInvLn10));
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::explog
+
+#endif

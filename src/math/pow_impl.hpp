@@ -2,6 +2,12 @@
 // with log x and the exponential in double-double (exp_log_fast.hpp), the
 // exact powers found by integer arithmetic, and the 256-bit path for the
 // rest of the cases the rounding test cannot decide.
+//
+// Internal linkage throughout: the portable entry points and the x86-64 FMA3
+// build each compile their own copy (entry_points.cpp, entry_points_x86_fma.cpp).
+#ifndef MIVORA_POW_IMPL_HPP
+#define MIVORA_POW_IMPL_HPP
+
 #include <cmath>
 #include <limits>
 
@@ -9,9 +15,8 @@
 #include "exp_log_fast.hpp"
 #include "exp_log_slow.hpp"
 
-namespace Mivora::math {
-
-namespace {
+namespace Mivora::math::impl::powers {
+namespace {  // each translation unit that includes this its own copy
 
 using u64 = std::uint64_t;
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -22,7 +27,7 @@ struct OddForm {
     int exp;
 };
 
-OddForm oddForm(double v) noexcept {
+inline OddForm oddForm(double v) noexcept {
     const u64 b = detail::bitsOf(v);
     const int biased = static_cast<int>((b >> 52) & 0x7ff);
     u64 mant = b & ((u64{1} << 52) - 1);
@@ -40,7 +45,7 @@ OddForm oddForm(double v) noexcept {
 
 enum class IntKind { NotInteger, Odd, Even };
 
-IntKind integerKind(double y) noexcept {  // finite y
+inline IntKind integerKind(double y) noexcept {  // finite y
     const u64 b = detail::bitsOf(y);
     const int biased = static_cast<int>((b >> 52) & 0x7ff);
     if (biased < 1023) return y == 0.0 ? IntKind::Even : IntKind::NotInteger;  // |y| < 1
@@ -59,7 +64,7 @@ IntKind integerKind(double y) noexcept {  // finite y
 // for a = 1, x^y = 2^(p y), exact iff p y is an integer. For a >= 3 an odd
 // x^y needs y > 0, a = g^(2^k) and then x^y = g^c 2^(p c / 2^k), so
 // b = g^c < 2^54 bounds c <= 34 and k <= 5 (a < 2^53).
-bool exactPower(double x, double y, wide::Wide* out) noexcept {
+inline bool exactPower(double x, double y, wide::Wide* out) noexcept {
     const OddForm xf = oddForm(x), yf = oddForm(y);
     const long long p = xf.exp;
     if (xf.odd == 1) {
@@ -111,10 +116,10 @@ bool exactPower(double x, double y, wide::Wide* out) noexcept {
 // log x has relative error below 2^-73.5 (so y log x below 2^-73.4 with
 // the product), which e^t turns into a relative error below |t| 2^-73.3;
 // the exponential adds 2^-68.2.
-double fastMargin(double t) noexcept { return std::fabs(t) * 0x1p-72 + 0x1p-67; }
+inline double fastMargin(double t) noexcept { return std::fabs(t) * 0x1p-72 + 0x1p-67; }
 
 // x^y for positive finite x != 1 and finite y not in {0, 1, -1, 2, 1/2}.
-double positivePow(double x, double y) noexcept {
+inline double positivePow(double x, double y) noexcept {
     int e = 0;
     double m = 1.0;
     detail::splitPositive(x, &e, &m);
@@ -137,9 +142,7 @@ double positivePow(double x, double y) noexcept {
     return detail::powAccurate(x, y);
 }
 
-}  // namespace
-
-double pow(double x, double y) noexcept {
+inline double pow(double x, double y) noexcept {
     if (y == 0.0 || x == 1.0) return 1.0;
     if (std::isnan(x) || std::isnan(y)) return x + y;
     const double ax = std::fabs(x);
@@ -165,4 +168,7 @@ double pow(double x, double y) noexcept {
     return x < 0.0 && odd ? -r : r;
 }
 
-}  // namespace Mivora::math
+}  // namespace
+}  // namespace Mivora::math::impl::powers
+
+#endif
