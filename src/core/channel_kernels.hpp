@@ -29,11 +29,11 @@
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
-// The channels of one group: lanes 0..active-1; the lanes above hold zeros
-// and are never written back.
+// The channels of one group: lane l < active holds views[l]; the lanes above
+// hold zeros and are never written back.
 template <int W>
 struct LaneGroup {
-    const StageView* lane[W];
+    const StageView* views;
     int active;
 };
 
@@ -47,22 +47,26 @@ struct LaneRuns {
 // them), as N lane vectors; zeros in the lanes that do not run. The lane
 // type transposes the channels' rows of values into lane vectors in
 // registers: far cheaper per call than a value at a time.
-template <class L, int N, class From>
-void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from, L (&out)[N]) noexcept {
+// AllRun: every lane runs (the group is full and unmasked), and no lane is
+// tested.
+template <class L, bool AllRun, int N, class From>
+MIVORA_KERNEL_INLINE void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from,
+                                     L (&out)[N]) noexcept {
     static constexpr double zeros[N] = {};
     const double* rows[L::width];
-    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? from(*g.lane[l]) : zeros;
+    for (int l = 0; l < L::width; ++l) rows[l] = AllRun || r.run[l] ? from(g.views[l]) : zeros;
     L::loadColumns(rows, out);
 }
 
 // The reverse: N lane vectors back to N consecutive values of each running
 // lane's channel (to: a view to the first of them); the other lanes' values
 // go to a scratch row.
-template <class L, int N, class To>
-void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
-    double scratch[N] = {};  // written, never read
+template <class L, bool AllRun, int N, class To>
+MIVORA_KERNEL_INLINE void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r,
+                                        const L (&in)[N], To to) noexcept {
+    double scratch[N];  // written, never read
     double* rows[L::width];
-    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? to(*g.lane[l]) : scratch;
+    for (int l = 0; l < L::width; ++l) rows[l] = AllRun || r.run[l] ? to(g.views[l]) : scratch;
     L::storeColumns(rows, in);
 }
 
@@ -71,16 +75,18 @@ struct LaneSection {
     SectionCoefs<L> c;
     L x1, x2, y1, y2;
 
+    template <bool AllRun>
     MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
         L coef[5], state[4];
-        laneValues(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
-        laneValues(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
+        laneValues<L, AllRun>(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
+        laneValues<L, AllRun>(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
         c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
         x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
     }
+    template <bool AllRun>
     MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
         const L state[4] = {x1, x2, y1, y2};
-        putLaneValues(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
+        putLaneValues<L, AllRun>(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = sectionOut(c, x, x1, x2, y1, y2);
@@ -95,16 +101,18 @@ struct LaneFirstOrder {
     FirstOrderCoefs<L> c;
     L x1, y1;
 
+    template <bool AllRun>
     MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
         L coef[3], state[2];
-        laneValues(g, r, [](const StageView& v) { return v.coef1st; }, coef);
-        laneValues(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
+        laneValues<L, AllRun>(g, r, [](const StageView& v) { return v.coef1st; }, coef);
+        laneValues<L, AllRun>(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
         c = {coef[0], coef[1], coef[2]};
         x1 = state[0], y1 = state[1];
     }
+    template <bool AllRun>
     MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
         const L state[2] = {x1, y1};
-        putLaneValues(g, r, state, [](const StageView& v) { return v.delay1st; });
+        putLaneValues<L, AllRun>(g, r, state, [](const StageView& v) { return v.delay1st; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = firstOrderOut(c, x, x1, y1);
@@ -123,9 +131,10 @@ using MemberIf = std::conditional_t<Present, T, Absent>;
 // lane lacks one of them.
 // (Its layout is of no consequence: the object never leaves registers, and
 // C++17 gives absent members a byte each, whatever the order.)
-template <class L, int Sections, bool First, bool Masked>
+template <class L, int Sections, bool First, bool Masked, bool Full>
 struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     static constexpr int W = L::width;
+    static constexpr bool AllRun = Full && !Masked;
     struct Mask {  // (a vector type as a template argument would lose its attributes)
         typename L::Mask m;
     };
@@ -139,12 +148,14 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     // (Unmasked, every channel of the group runs every stage.)
     static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
         LaneRuns<W> r{};
-        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->sections > k);
+        if constexpr (!AllRun)
+            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].sections > k);
         return r;
     }
     static LaneRuns<W> runsOfFirst(const LaneGroup<W>& g) noexcept {
         LaneRuns<W> r{};
-        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->first);
+        if constexpr (!AllRun)
+            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].first);
         return r;
     }
 
@@ -156,24 +167,24 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     MIVORA_KERNEL_INLINE void load(const LaneGroup<W>& g) noexcept {
         if constexpr (Sections >= 1) {
             const LaneRuns<W> r = runsOfSection(g, 0);
-            s0.load(g, r, 0);
+            s0.template load<AllRun>(g, r, 0);
             if constexpr (Masked) m0 = {L::mask(r.run)};
         }
         if constexpr (Sections >= 2) {
             const LaneRuns<W> r = runsOfSection(g, 1);
-            s1.load(g, r, 1);
+            s1.template load<AllRun>(g, r, 1);
             if constexpr (Masked) m1 = {L::mask(r.run)};
         }
         if constexpr (First) {
             const LaneRuns<W> r = runsOfFirst(g);
-            f.load(g, r);
+            f.template load<AllRun>(g, r);
             if constexpr (Masked) mf = {L::mask(r.run)};
         }
     }
     MIVORA_KERNEL_INLINE void store(const LaneGroup<W>& g) const noexcept {
-        if constexpr (Sections >= 1) s0.store(g, runsOfSection(g, 0), 0);
-        if constexpr (Sections >= 2) s1.store(g, runsOfSection(g, 1), 1);
-        if constexpr (First) f.store(g, runsOfFirst(g));
+        if constexpr (Sections >= 1) s0.template store<AllRun>(g, runsOfSection(g, 0), 0);
+        if constexpr (Sections >= 2) s1.template store<AllRun>(g, runsOfSection(g, 1), 1);
+        if constexpr (First) f.template store<AllRun>(g, runsOfFirst(g));
     }
 
     // A stage's result where it runs, its input elsewhere.
@@ -194,8 +205,8 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     // all of them, and the CPU, waiting on fewer feedback results per frame,
     // overlaps the stages' chains better (about 5% with 2 channels at
     // orders 3-5).
-    template <int... j>
-    MIVORA_KERNEL_INLINE void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
+    template <int N, int... j>
+    MIVORA_KERNEL_INLINE void stepAll(L (&x)[N], std::integer_sequence<int, j...>) noexcept {
         if constexpr (Sections >= 1) ((x[j] = through(m0, s0.step(x[j]), x[j])), ...);
         if constexpr (Sections >= 2) ((x[j] = through(m1, s1.step(x[j]), x[j])), ...);
         if constexpr (First) ((x[j] = through(mf, f.step(x[j]), x[j])), ...);
@@ -208,7 +219,7 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
 template <class L, int Sections, bool First, bool Masked, class IO>
 void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     constexpr int W = L::width;
-    LaneStages<L, Sections, First, Masked> st;
+    LaneStages<L, Sections, First, Masked, IO::full> st;
     st.load(g);
     L x[W];
     unsigned int n = 0;
@@ -238,11 +249,11 @@ void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) n
     int sections = 0;
     bool first = false;
     for (int l = 0; l < g.active; ++l) {
-        sections = std::max(sections, g.lane[l]->sections);
-        first = first || g.lane[l]->first;
+        sections = std::max(sections, g.views[l].sections);
+        first = first || g.views[l].first;
     }
     bool masked = false;
-    for (int l = 0; l < g.active; ++l) masked = masked || g.lane[l]->sections != sections || g.lane[l]->first != first;
+    for (int l = 0; l < g.active; ++l) masked = masked || g.views[l].sections != sections || g.views[l].first != first;
     switch (stageSet(sections, first)) {
         case 0: runGroup<L, 0, false, false>(g, io, frames); break;
         case 1: runGroupMaybeMasked<L, 0, true>(masked, g, io, frames); break;
@@ -259,6 +270,7 @@ void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) n
 template <class L, bool Full>
 struct InterleavedIO {
     static constexpr int W = L::width;
+    static constexpr bool full = Full;
     const float* in;
     float* out;
     std::size_t stride;
@@ -294,6 +306,7 @@ struct InterleavedIO {
 template <class L, bool Full>
 struct PlanarIO {
     static constexpr int W = L::width;
+    static constexpr bool full = Full;
     const float* const* in;
     float* const* out;
     int active;
@@ -330,20 +343,13 @@ struct PlanarIO {
     }
 };
 
-template <int W>
-LaneGroup<W> laneGroup(const StageView* ch, int active) noexcept {
-    LaneGroup<W> g{};
-    for (int l = 0; l < active; ++l) g.lane[l] = ch + l;
-    g.active = active;
-    return g;
-}
 
 // (out is written through the IO object, which the check does not follow.)
 template <class L>
 void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in,
                       float* out,  // NOLINT(readability-non-const-parameter)
                       unsigned int frames) noexcept {
-    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    const LaneGroup<L::width> g{ch + firstChannel, active};
     const std::size_t stride = static_cast<std::size_t>(channels);
     if (active == L::width) {
         InterleavedIO<L, true> io{in + firstChannel, out + firstChannel, stride, active};
@@ -357,7 +363,7 @@ void interleavedGroup(const StageView* ch, int firstChannel, int active, int cha
 template <class L>
 void planarGroup(const StageView* ch, int firstChannel, int active, const float* const* in, float* const* out,
                  unsigned int frames) noexcept {
-    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    const LaneGroup<L::width> g{ch + firstChannel, active};
     if (active == L::width) {
         PlanarIO<L, true> io{in + firstChannel, out + firstChannel, active};
         runGroupStages<L>(g, io, frames);
