@@ -12,6 +12,7 @@
 
 #include <immintrin.h>
 
+#include "channel_cascade.hpp"  // DoubleOf
 #include "section_kernels.hpp"  // MIVORA_KERNEL_INLINE
 
 namespace Mivora::detail {
@@ -216,6 +217,18 @@ struct Ymm4 {
 
 inline Ymm4 mul(Ymm4 a, Ymm4 b) noexcept { return {productOf(a.v, b.v)}; }
 inline Ymm4 mulAdd(Ymm4 a, Ymm4 b, Ymm4 c) noexcept { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
+
+// Two lanes beside two more, for the paired sections of two channels
+// (channel_cascade.hpp): lo in lanes 0-1, hi in lanes 2-3.
+inline Ymm4 joinLanes(Xmm2 lo, Xmm2 hi) noexcept {
+    return {_mm256_insertf128_pd(_mm256_castpd128_pd256(lo.v), hi.v, 1)};
+}
+inline Xmm2 lowLanes(Ymm4 x) noexcept { return {_mm256_castpd256_pd128(x.v)}; }
+inline Xmm2 highLanes(Ymm4 x) noexcept { return {_mm256_extractf128_pd(x.v, 1)}; }
+template <>
+struct DoubleOf<Xmm2> {
+    using type = Ymm4;
+};
 
 // Eight lanes in two registers: lanes 0-3 in lo, 4-7 in hi.
 struct Ymm8 {
