@@ -12,6 +12,7 @@
 #include <array>
 #include <cfloat>
 #include <cmath>
+#include <cstddef>
 #include <random>
 #include <string>
 
@@ -22,9 +23,17 @@
 using namespace mivora_test;
 using Mivora::IirChannels;
 using Mivora::detail::ChannelPath;
-using Mivora::detail::StageView;
+using Mivora::detail::ChannelView;
 
 namespace {
+
+// The kernels reach a record's arrays from its first one.
+static_assert(offsetof(PlainFilter, coef) - offsetof(PlainFilter, delay) == ChannelView::coefAt * sizeof(double) &&
+                  offsetof(PlainFilter, delay1st) - offsetof(PlainFilter, delay) ==
+                      ChannelView::delay1stAt * sizeof(double) &&
+                  offsetof(PlainFilter, coef1st) - offsetof(PlainFilter, delay) ==
+                      ChannelView::coef1stAt * sizeof(double),
+              "a plain filter's arrays side by side, as IirProcess keeps them");
 
 using Rng = std::mt19937;
 
@@ -82,7 +91,7 @@ std::vector<unsigned> randomCuts(Rng& rng, unsigned total) {
 // The block [at, at + n) of the planar buffers `io` through a forced kernel
 // path over `views`, or through `together` when there is no path: in the
 // interleaved or planar layout, in place or into a separate buffer.
-void runBlock(const ChannelPath* path, const StageView* views, IirChannels& together, bool interleaved, bool inPlace,
+void runBlock(const ChannelPath* path, const ChannelView* views, IirChannels& together, bool interleaved, bool inPlace,
               std::vector<std::vector<float>>& io, unsigned at, unsigned n) {
     const int channels = static_cast<int>(io.size());
     if (interleaved) {
@@ -157,9 +166,8 @@ TEST(Channels, EveryChannelMatchesALoneFilterBitForBit) {
                 for (int c = 0; c < channels; ++c) together.channel(c) = lone[c];
                 std::vector<PlainFilter> plain;
                 for (const IirProcess& f : lone) plain.push_back(plainCopy(f));
-                std::vector<StageView> views;
-                for (PlainFilter& p : plain)
-                    views.push_back({p.delay, p.coef, p.delay1st, p.coef1st, p.sections, p.first});
+                std::vector<ChannelView> views;
+                for (PlainFilter& p : plain) views.push_back({p.delay, 2 * p.sections + (p.first ? 1 : 0)});
                 for (unsigned at = 0, k = 0; k < cuts.size(); at += cuts[k++])
                     runBlock(path, views.data(), together, interleaved, inPlace, got, at, cuts[k]);
                 for (int c = 0; c < channels; ++c) {

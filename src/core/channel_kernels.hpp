@@ -23,6 +23,7 @@
 #include <utility>
 
 #include "channel_cascade.hpp"
+#include "channel_paths.hpp"
 #include "kernel_paths.hpp"
 #include "lane_stages.hpp"
 #include "section_kernels.hpp"
@@ -76,15 +77,16 @@ void runTwoSections(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned 
 template <class L, class IO>
 void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     // Masked exactly when some channel's stages differ from the first one's.
-    const StageView* v = g.views;
-    int sections = v[0].sections;
-    bool first = v[0].first, masked = false;
+    const ChannelView* v = g.views;
+    int stages = v[0].stages;
+    bool masked = false;
     for (int l = 1; l < g.active; ++l) {
-        masked = masked || v[l].sections != v[0].sections || v[l].first != v[0].first;
-        sections = std::max(sections, v[l].sections);
-        first = first || v[l].first;
+        masked = masked || v[l].stages != v[0].stages;
+        // The union: stage sets order their sections by the bits above the
+        // first one's.
+        stages = std::max(stages & ~1, v[l].stages & ~1) | ((stages | v[l].stages) & 1);
     }
-    switch (stageSet(sections, first)) {
+    switch (stages) {
         case 0: runGroup<L, 0, false, false>(g, io, frames); break;
         case 1: runGroupMaybeMasked<L, 0, true>(masked, g, io, frames); break;
         case 2: runGroupMaybeMasked<L, 1, false>(masked, g, io, frames); break;
@@ -176,7 +178,7 @@ struct PlanarIO {
 
 // (out is written through the IO object, which the check does not follow.)
 template <class L>
-void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in,
+void interleavedGroup(const ChannelView* ch, int firstChannel, int active, int channels, const float* in,
                       float* out,  // NOLINT(readability-non-const-parameter)
                       unsigned int frames) noexcept {
     const LaneGroup<L::width> g{ch + firstChannel, active};
@@ -191,7 +193,7 @@ void interleavedGroup(const StageView* ch, int firstChannel, int active, int cha
 }
 
 template <class L>
-void planarGroup(const StageView* ch, int firstChannel, int active, const float* const* in, float* const* out,
+void planarGroup(const ChannelView* ch, int firstChannel, int active, const float* const* in, float* const* out,
                  unsigned int frames) noexcept {
     const LaneGroup<L::width> g{ch + firstChannel, active};
     if (active == L::width) {
@@ -224,7 +226,7 @@ struct LaneTypes {
 };
 
 template <class... Lanes>
-void runInterleaved(const StageView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
+void runInterleaved(const ChannelView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
     auto group = [&](auto lanes, int c, int active) {
         interleavedGroup<decltype(lanes)>(ch, c, active, channels, in, out, frames);
     };
@@ -232,7 +234,7 @@ void runInterleaved(const StageView* ch, int channels, const float* in, float* o
 }
 
 template <class... Lanes>
-void runPlanar(const StageView* ch, int channels, const float* const* in, float* const* out,
+void runPlanar(const ChannelView* ch, int channels, const float* const* in, float* const* out,
                unsigned int frames) noexcept {
     auto group = [&](auto lanes, int c, int active) { planarGroup<decltype(lanes)>(ch, c, active, in, out, frames); };
     LaneTypes<Lanes...>::forEachGroup(0, channels, group);

@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "channel_paths.hpp"
 #include "kernel_paths.hpp"
 #include "section_kernels.hpp"
 
@@ -19,7 +20,7 @@ namespace {  // internal linkage: see section_kernels.hpp
 // hold zeros and are never written back.
 template <int W>
 struct LaneGroup {
-    const StageView* views;
+    const ChannelView* views;
     int active;
 };
 
@@ -64,15 +65,15 @@ struct LaneSection {
     template <bool AllRun>
     MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
         L coef[5], state[4];
-        laneValues<L, AllRun>(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
-        laneValues<L, AllRun>(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
+        laneValues<L, AllRun>(g, r, [=](const ChannelView& v) { return v.record + ChannelView::coefAt + 5 * k; }, coef);
+        laneValues<L, AllRun>(g, r, [=](const ChannelView& v) { return v.record + ChannelView::delayAt + 4 * k; }, state);
         c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
         x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
     }
     template <bool AllRun>
     MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
         const L state[4] = {x1, x2, y1, y2};
-        putLaneValues<L, AllRun>(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
+        putLaneValues<L, AllRun>(g, r, state, [=](const ChannelView& v) { return v.record + ChannelView::delayAt + 4 * k; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = sectionOut(c, x, x1, x2, y1, y2);
@@ -90,15 +91,15 @@ struct LaneFirstOrder {
     template <bool AllRun>
     MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
         L coef[3], state[2];
-        laneValues<L, AllRun>(g, r, [](const StageView& v) { return v.coef1st; }, coef);
-        laneValues<L, AllRun>(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
+        laneValues<L, AllRun>(g, r, [](const ChannelView& v) { return v.record + ChannelView::coef1stAt; }, coef);
+        laneValues<L, AllRun>(g, r, [](const ChannelView& v) { return v.record + ChannelView::delay1stAt; }, state);
         c = {coef[0], coef[1], coef[2]};
         x1 = state[0], y1 = state[1];
     }
     template <bool AllRun>
     MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
         const L state[2] = {x1, y1};
-        putLaneValues<L, AllRun>(g, r, state, [](const StageView& v) { return v.delay1st; });
+        putLaneValues<L, AllRun>(g, r, state, [](const ChannelView& v) { return v.record + ChannelView::delay1stAt; });
     }
     MIVORA_KERNEL_INLINE L step(L x) noexcept {
         const L y = firstOrderOut(c, x, x1, y1);
@@ -135,13 +136,13 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
     static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
         LaneRuns<W> r{};
         if constexpr (!AllRun)
-            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].sections > k);
+            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].sections() > k);
         return r;
     }
     static LaneRuns<W> runsOfFirst(const LaneGroup<W>& g) noexcept {
         LaneRuns<W> r{};
         if constexpr (!AllRun)
-            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].first);
+            for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.views[l].first());
         return r;
     }
 
