@@ -129,12 +129,12 @@ TEST(Channels, EveryChannelMatchesALoneFilterBitForBit) {
         if (Mivora::detail::channelPathAvailable(p)) paths.push_back(p);
     ASSERT_FALSE(paths.empty());
 
-    for (int trial = 0; trial < 90; ++trial) {
+    for (int trial = 0; trial < 120; ++trial) {
         // Every third trial, one order for all channels; from the 16th on,
-        // often a count that leaves a group of one or two channels.
+        // often a count that leaves a group of one to four channels.
         const bool alike = trial % 3 == 2;
         const int channels = trial < 16 ? trial + 1
-                             : alike    ? std::array<int, 5>{1, 2, 9, 10, pick(rng, 1, 16)}[pick(rng, 0, 4)]
+                             : alike    ? std::array<int, 8>{1, 2, 3, 4, 9, 10, 12, pick(rng, 1, 16)}[pick(rng, 0, 7)]
                                         : pick(rng, 1, IirChannels::maxChannels);
         const int order = alike ? pick(rng, 0, 5) : 6;
         const unsigned frames = static_cast<unsigned>(pick(rng, 1, 700));

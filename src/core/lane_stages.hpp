@@ -51,7 +51,7 @@ MIVORA_KERNEL_INLINE void laneValues(const LaneGroup<L::width>& g, const LaneRun
 template <class L, bool AllRun, int N, class To>
 MIVORA_KERNEL_INLINE void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r,
                                         const L (&in)[N], To to) noexcept {
-    double scratch[N];  // written, never read
+    double scratch[N] = {};  // written, never read
     double* rows[L::width];
     for (int l = 0; l < L::width; ++l) rows[l] = AllRun || r.run[l] ? to(g.views[l]) : scratch;
     L::storeColumns(rows, in);

@@ -136,6 +136,16 @@ struct Zmm8 {
 inline Zmm8 mul(Zmm8 a, Zmm8 b) noexcept { return {_mm512_fmadd_pd(a.v, b.v, _mm512_set1_pd(-0.0))}; }
 inline Zmm8 mulAdd(Zmm8 a, Zmm8 b, Zmm8 c) noexcept { return {_mm512_fmadd_pd(a.v, b.v, c.v)}; }
 
+// Four lanes beside four more, for the paired sections of four channels
+// (channel_cascade.hpp): lo in lanes 0-3, hi in lanes 4-7.
+inline Zmm8 joinLanes(Ymm4 lo, Ymm4 hi) noexcept { return {halves(lo.v, hi.v)}; }
+inline Ymm4 lowLanes(Zmm8 x) noexcept { return {lowHalf(x.v)}; }
+inline Ymm4 highLanes(Zmm8 x) noexcept { return {highHalf(x.v)}; }
+template <>
+struct DoubleOf<Ymm4> {
+    using type = Zmm8;
+};
+
 }  // namespace
 }  // namespace Mivora::detail
 
