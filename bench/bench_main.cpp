@@ -98,7 +98,7 @@ void printChannels(const SummaryReporter& rep) {
                  {kChannelsSeparate, "one IirProcess per channel"}};
     for (const auto& k : kinds) {
         if (rep.get(channelName(k.kind, 2, 2, 256)) < 0) continue;
-        std::printf("\n%s, in place: ns per channel-sample and x the single-channel bound\n", k.title);
+        std::printf("\n%s, out of place: ns per channel-sample and x the single-channel bound\n", k.title);
         std::printf("chan order");
         for (int b : blocks) std::printf("   block %4d     ", b);
         std::printf("\n");

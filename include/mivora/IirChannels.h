@@ -26,7 +26,7 @@
 namespace Mivora {
 
 namespace detail {
-struct StageView;
+struct ChannelView;
 }
 
 class IirChannels {
@@ -80,8 +80,8 @@ public:
 
 private:
     static int clampChannel(int c) noexcept { return c < 0 ? 0 : c >= maxChannels ? maxChannels - 1 : c; }
-    // The stages each processed channel runs, over its filter's storage.
-    void stageViews(detail::StageView* views) noexcept;
+    // Each processed channel's filter storage and the stages it runs.
+    void channelViews(detail::ChannelView* views) noexcept;
 
     IirProcess filters[maxChannels];
     std::int32_t count;

@@ -3,8 +3,10 @@
 #include <mivora/IirChannels.h>
 
 #include <algorithm>
+#include <cstddef>
 
 #include "channel_paths.hpp"
+#include "section_kernels.hpp"
 
 namespace Mivora {
 
@@ -20,11 +22,19 @@ std::size_t IirChannels::CalculateWorkSize() noexcept { return sizeof(IirChannel
 
 void IirChannels::setChannels(int channels) noexcept { count = clampCount(channels); }
 
-void IirChannels::stageViews(detail::StageView* views) noexcept {
+void IirChannels::channelViews(detail::ChannelView* views) noexcept {
+    // The kernels reach a filter's arrays from its first one.
+    static_assert(offsetof(IirProcess, coef) - offsetof(IirProcess, delay) ==
+                          detail::ChannelView::coefAt * sizeof(double) &&
+                      offsetof(IirProcess, delay1st) - offsetof(IirProcess, delay) ==
+                          detail::ChannelView::delay1stAt * sizeof(double) &&
+                      offsetof(IirProcess, coef1st) - offsetof(IirProcess, delay) ==
+                          detail::ChannelView::coef1stAt * sizeof(double),
+                  "IirProcess keeps delay, coef, delay1st and coef1st side by side");
     // The stages doProcess would run for each filter's order.
     for (int c = 0; c < count; ++c) {
         IirProcess& f = filters[c];
-        views[c] = {f.delay, f.coef, f.delay1st, f.coef1st, detail::runningSections(f.evenOrder), f.oddOrder != 0};
+        views[c] = {f.delay, detail::stageSet(detail::runningSections(f.evenOrder), f.oddOrder != 0)};
     }
 }
 
@@ -33,8 +43,8 @@ void IirChannels::stageViews(detail::StageView* views) noexcept {
 void IirChannels::processPlanar(const float* const* in, float* const* out, unsigned int frames) noexcept {
     if (frames == 0 || count == 0) return;
     if (count == 1) return filters[0].doProcess(const_cast<float*>(in[0]), out[0], frames);
-    detail::StageView views[maxChannels];
-    stageViews(views);
+    detail::ChannelView views[maxChannels];
+    channelViews(views);
     detail::processPlanar(detail::fastestChannelPath(), views, count, in, out, frames);
 }
 
@@ -42,8 +52,8 @@ void IirChannels::processInterleaved(const float* in, float* out, unsigned int f
     if (frames == 0 || count == 0) return;
     // doProcess only reads `in`.
     if (count == 1) return filters[0].doProcess(const_cast<float*>(in), out, frames);
-    detail::StageView views[maxChannels];
-    stageViews(views);
+    detail::ChannelView views[maxChannels];
+    channelViews(views);
     detail::processInterleaved(detail::fastestChannelPath(), views, count, in, out, frames);
 }
 

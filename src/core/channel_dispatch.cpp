@@ -49,7 +49,7 @@ ChannelPath fastestChannelPath() noexcept {
 #endif
 }
 
-void processPlanar(ChannelPath path, const StageView* views, int channels, const float* const* in,
+void processPlanar(ChannelPath path, const ChannelView* views, int channels, const float* const* in,
                    float* const* out, unsigned int frames) noexcept {
     switch (path) {
 #if defined(MIVORA_HAVE_X86_CHANNEL_KERNELS)
@@ -63,7 +63,7 @@ void processPlanar(ChannelPath path, const StageView* views, int channels, const
     }
 }
 
-void processInterleaved(ChannelPath path, const StageView* views, int channels, const float* in, float* out,
+void processInterleaved(ChannelPath path, const ChannelView* views, int channels, const float* in, float* out,
                         unsigned int frames) noexcept {
     switch (path) {
 #if defined(MIVORA_HAVE_X86_CHANNEL_KERNELS)

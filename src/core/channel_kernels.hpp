@@ -20,187 +20,16 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <type_traits>
 #include <utility>
 
+#include "channel_cascade.hpp"
+#include "channel_paths.hpp"
 #include "kernel_paths.hpp"
+#include "lane_stages.hpp"
 #include "section_kernels.hpp"
 
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
-
-// The channels of one group: lanes 0..active-1; the lanes above hold zeros
-// and are never written back.
-template <int W>
-struct LaneGroup {
-    const StageView* lane[W];
-    int active;
-};
-
-// Which lanes of a group run a stage.
-template <int W>
-struct LaneRuns {
-    bool run[W];
-};
-
-// N consecutive values of each lane's channel (from: a view to the first of
-// them), as N lane vectors; zeros in the lanes that do not run. The lane
-// type transposes the channels' rows of values into lane vectors in
-// registers: far cheaper per call than a value at a time.
-template <class L, int N, class From>
-void laneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, From from, L (&out)[N]) noexcept {
-    static constexpr double zeros[N] = {};
-    const double* rows[L::width];
-    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? from(*g.lane[l]) : zeros;
-    L::loadColumns(rows, out);
-}
-
-// The reverse: N lane vectors back to N consecutive values of each running
-// lane's channel (to: a view to the first of them); the other lanes' values
-// go to a scratch row.
-template <class L, int N, class To>
-void putLaneValues(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, const L (&in)[N], To to) noexcept {
-    double scratch[N] = {};  // written, never read
-    double* rows[L::width];
-    for (int l = 0; l < L::width; ++l) rows[l] = r.run[l] ? to(*g.lane[l]) : scratch;
-    L::storeColumns(rows, in);
-}
-
-template <class L>
-struct LaneSection {
-    SectionCoefs<L> c;
-    L x1, x2, y1, y2;
-
-    MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) noexcept {
-        L coef[5], state[4];
-        laneValues(g, r, [=](const StageView& v) { return v.coef + 5 * k; }, coef);
-        laneValues(g, r, [=](const StageView& v) { return v.delay + 4 * k; }, state);
-        c = {coef[0], coef[1], coef[2], coef[3], coef[4]};
-        x1 = state[0], x2 = state[1], y1 = state[2], y2 = state[3];
-    }
-    MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r, int k) const noexcept {
-        const L state[4] = {x1, x2, y1, y2};
-        putLaneValues(g, r, state, [=](const StageView& v) { return v.delay + 4 * k; });
-    }
-    MIVORA_KERNEL_INLINE L step(L x) noexcept {
-        const L y = sectionOut(c, x, x1, x2, y1, y2);
-        x2 = x1, x1 = x;
-        y2 = y1, y1 = y;
-        return y;
-    }
-};
-
-template <class L>
-struct LaneFirstOrder {
-    FirstOrderCoefs<L> c;
-    L x1, y1;
-
-    MIVORA_KERNEL_INLINE void load(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) noexcept {
-        L coef[3], state[2];
-        laneValues(g, r, [](const StageView& v) { return v.coef1st; }, coef);
-        laneValues(g, r, [](const StageView& v) { return static_cast<const double*>(v.delay1st); }, state);
-        c = {coef[0], coef[1], coef[2]};
-        x1 = state[0], y1 = state[1];
-    }
-    MIVORA_KERNEL_INLINE void store(const LaneGroup<L::width>& g, const LaneRuns<L::width>& r) const noexcept {
-        const L state[2] = {x1, y1};
-        putLaneValues(g, r, state, [](const StageView& v) { return v.delay1st; });
-    }
-    MIVORA_KERNEL_INLINE L step(L x) noexcept {
-        const L y = firstOrderOut(c, x, x1, y1);
-        x1 = x, y1 = y;
-        return y;
-    }
-};
-
-// A member a group's stage set does without: it takes no room, so copying
-// the stages copies only what runs.
-struct Absent {};
-template <bool Present, class T>
-using MemberIf = std::conditional_t<Present, T, Absent>;
-
-// The stages a group runs, in registers for the whole block. Masked: some
-// lane lacks one of them.
-// (Its layout is of no consequence: the object never leaves registers, and
-// C++17 gives absent members a byte each, whatever the order.)
-template <class L, int Sections, bool First, bool Masked>
-struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
-    static constexpr int W = L::width;
-    struct Mask {  // (a vector type as a template argument would lose its attributes)
-        typename L::Mask m;
-    };
-    MemberIf<(Sections >= 1), LaneSection<L>> s0;
-    MemberIf<(Sections >= 2), LaneSection<L>> s1;
-    MemberIf<First, LaneFirstOrder<L>> f;
-    MemberIf<(Masked && Sections >= 1), Mask> m0;
-    MemberIf<(Masked && Sections >= 2), Mask> m1;
-    MemberIf<(Masked && First), Mask> mf;
-
-    // (Unmasked, every channel of the group runs every stage.)
-    static LaneRuns<W> runsOfSection(const LaneGroup<W>& g, int k) noexcept {
-        LaneRuns<W> r{};
-        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->sections > k);
-        return r;
-    }
-    static LaneRuns<W> runsOfFirst(const LaneGroup<W>& g) noexcept {
-        LaneRuns<W> r{};
-        for (int l = 0; l < W; ++l) r.run[l] = l < g.active && (!Masked || g.lane[l]->first);
-        return r;
-    }
-
-    // Inline, like every member that touches the stages: the object's
-    // address then never leaves runGroup and the compiler keeps each field
-    // in a register. (Out of line, the object lived in memory and was copied
-    // into registers and back, a fixed cost per block that 64 frames do not
-    // amortise.)
-    MIVORA_KERNEL_INLINE void load(const LaneGroup<W>& g) noexcept {
-        if constexpr (Sections >= 1) {
-            const LaneRuns<W> r = runsOfSection(g, 0);
-            s0.load(g, r, 0);
-            if constexpr (Masked) m0 = {L::mask(r.run)};
-        }
-        if constexpr (Sections >= 2) {
-            const LaneRuns<W> r = runsOfSection(g, 1);
-            s1.load(g, r, 1);
-            if constexpr (Masked) m1 = {L::mask(r.run)};
-        }
-        if constexpr (First) {
-            const LaneRuns<W> r = runsOfFirst(g);
-            f.load(g, r);
-            if constexpr (Masked) mf = {L::mask(r.run)};
-        }
-    }
-    MIVORA_KERNEL_INLINE void store(const LaneGroup<W>& g) const noexcept {
-        if constexpr (Sections >= 1) s0.store(g, runsOfSection(g, 0), 0);
-        if constexpr (Sections >= 2) s1.store(g, runsOfSection(g, 1), 1);
-        if constexpr (First) f.store(g, runsOfFirst(g));
-    }
-
-    // A stage's result where it runs, its input elsewhere.
-    template <class M>
-    MIVORA_KERNEL_INLINE static L through(const M& m, const L& y, const L& x) noexcept {
-        if constexpr (Masked) return L::select(m.m, y, x);
-        else return (void)m, (void)x, y;
-    }
-    MIVORA_KERNEL_INLINE L step(L x) noexcept {
-        if constexpr (Sections >= 1) x = through(m0, s0.step(x), x);
-        if constexpr (Sections >= 2) x = through(m1, s1.step(x), x);
-        if constexpr (First) x = through(mf, f.step(x), x);
-        return x;
-    }
-    // W frames, stage after stage: each stage still takes its frames in
-    // order, so every value is the one step() would give; but the next
-    // stage's work on the earlier frames comes after the first stage's on
-    // all of them, and the CPU, waiting on fewer feedback results per frame,
-    // overlaps the stages' chains better (about 5% with 2 channels at
-    // orders 3-5).
-    template <int... j>
-    MIVORA_KERNEL_INLINE void stepAll(L (&x)[W], std::integer_sequence<int, j...>) noexcept {
-        if constexpr (Sections >= 1) ((x[j] = through(m0, s0.step(x[j]), x[j])), ...);
-        if constexpr (Sections >= 2) ((x[j] = through(m1, s1.step(x[j]), x[j])), ...);
-        if constexpr (First) ((x[j] = through(mf, f.step(x[j]), x[j])), ...);
-    }
-};
 
 // A block through one group: chunks of W frames (a tile of W x W samples),
 // then the rest. IO moves the group's samples between the caller's buffer
@@ -208,7 +37,7 @@ struct LaneStages {  // NOLINT(clang-analyzer-optin.performance.Padding)
 template <class L, int Sections, bool First, bool Masked, class IO>
 void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     constexpr int W = L::width;
-    LaneStages<L, Sections, First, Masked> st;
+    LaneStages<L, Sections, First, Masked, IO::full> st;
     st.load(g);
     L x[W];
     unsigned int n = 0;
@@ -232,24 +61,38 @@ void runGroupMaybeMasked(bool masked, const LaneGroup<L::width>& g, IO& io, unsi
     else runGroup<L, Sections, First, false>(g, io, frames);
 }
 
+// Two second-order sections: in one register of twice the lanes where the
+// lane type has one, the group is unmasked and the block long enough.
+template <class L, bool First, class IO>
+void runTwoSections(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+    if constexpr (hasDoubleLanes<L>) {
+        if (!masked && frames >= kMinChannelCascadeBlock) {
+            return ChannelCascade<L, First, IO::full>::run(g, io, frames);
+        }
+    }
+    runGroupMaybeMasked<L, 2, First>(masked, g, io, frames);
+}
+
 // The union of the group's stage sets, masked where a channel lacks a stage.
 template <class L, class IO>
 void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
-    int sections = 0;
-    bool first = false;
-    for (int l = 0; l < g.active; ++l) {
-        sections = std::max(sections, g.lane[l]->sections);
-        first = first || g.lane[l]->first;
-    }
+    // Masked exactly when some channel's stages differ from the first one's.
+    const ChannelView* v = g.views;
+    int stages = v[0].stages;
     bool masked = false;
-    for (int l = 0; l < g.active; ++l) masked = masked || g.lane[l]->sections != sections || g.lane[l]->first != first;
-    switch (stageSet(sections, first)) {
+    for (int l = 1; l < g.active; ++l) {
+        masked = masked || v[l].stages != v[0].stages;
+        // The union: stage sets order their sections by the bits above the
+        // first one's.
+        stages = std::max(stages & ~1, v[l].stages & ~1) | ((stages | v[l].stages) & 1);
+    }
+    switch (stages) {
         case 0: runGroup<L, 0, false, false>(g, io, frames); break;
         case 1: runGroupMaybeMasked<L, 0, true>(masked, g, io, frames); break;
         case 2: runGroupMaybeMasked<L, 1, false>(masked, g, io, frames); break;
         case 3: runGroupMaybeMasked<L, 1, true>(masked, g, io, frames); break;
-        case 4: runGroupMaybeMasked<L, 2, false>(masked, g, io, frames); break;
-        default: runGroupMaybeMasked<L, 2, true>(masked, g, io, frames); break;
+        case 4: runTwoSections<L, false>(masked, g, io, frames); break;
+        default: runTwoSections<L, true>(masked, g, io, frames); break;
     }
 }
 
@@ -259,6 +102,7 @@ void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) n
 template <class L, bool Full>
 struct InterleavedIO {
     static constexpr int W = L::width;
+    static constexpr bool full = Full;
     const float* in;
     float* out;
     std::size_t stride;
@@ -294,6 +138,7 @@ struct InterleavedIO {
 template <class L, bool Full>
 struct PlanarIO {
     static constexpr int W = L::width;
+    static constexpr bool full = Full;
     const float* const* in;
     float* const* out;
     int active;
@@ -330,20 +175,13 @@ struct PlanarIO {
     }
 };
 
-template <int W>
-LaneGroup<W> laneGroup(const StageView* ch, int active) noexcept {
-    LaneGroup<W> g{};
-    for (int l = 0; l < active; ++l) g.lane[l] = ch + l;
-    g.active = active;
-    return g;
-}
 
 // (out is written through the IO object, which the check does not follow.)
 template <class L>
-void interleavedGroup(const StageView* ch, int firstChannel, int active, int channels, const float* in,
+void interleavedGroup(const ChannelView* ch, int firstChannel, int active, int channels, const float* in,
                       float* out,  // NOLINT(readability-non-const-parameter)
                       unsigned int frames) noexcept {
-    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    const LaneGroup<L::width> g{ch + firstChannel, active};
     const std::size_t stride = static_cast<std::size_t>(channels);
     if (active == L::width) {
         InterleavedIO<L, true> io{in + firstChannel, out + firstChannel, stride, active};
@@ -355,9 +193,9 @@ void interleavedGroup(const StageView* ch, int firstChannel, int active, int cha
 }
 
 template <class L>
-void planarGroup(const StageView* ch, int firstChannel, int active, const float* const* in, float* const* out,
+void planarGroup(const ChannelView* ch, int firstChannel, int active, const float* const* in, float* const* out,
                  unsigned int frames) noexcept {
-    const LaneGroup<L::width> g = laneGroup<L::width>(ch + firstChannel, active);
+    const LaneGroup<L::width> g{ch + firstChannel, active};
     if (active == L::width) {
         PlanarIO<L, true> io{in + firstChannel, out + firstChannel, active};
         runGroupStages<L>(g, io, frames);
@@ -388,7 +226,7 @@ struct LaneTypes {
 };
 
 template <class... Lanes>
-void runInterleaved(const StageView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
+void runInterleaved(const ChannelView* ch, int channels, const float* in, float* out, unsigned int frames) noexcept {
     auto group = [&](auto lanes, int c, int active) {
         interleavedGroup<decltype(lanes)>(ch, c, active, channels, in, out, frames);
     };
@@ -396,7 +234,7 @@ void runInterleaved(const StageView* ch, int channels, const float* in, float* o
 }
 
 template <class... Lanes>
-void runPlanar(const StageView* ch, int channels, const float* const* in, float* const* out,
+void runPlanar(const ChannelView* ch, int channels, const float* const* in, float* const* out,
                unsigned int frames) noexcept {
     auto group = [&](auto lanes, int c, int active) { planarGroup<decltype(lanes)>(ch, c, active, in, out, frames); };
     LaneTypes<Lanes...>::forEachGroup(0, channels, group);

@@ -10,12 +10,12 @@
 
 namespace Mivora::detail::x86avx2 {
 
-void processPlanar(const StageView* views, int channels, const float* const* in, float* const* out,
+void processPlanar(const ChannelView* views, int channels, const float* const* in, float* const* out,
                    unsigned int frames) noexcept {
     runPlanar<Ymm8, Ymm4, Xmm2>(views, channels, in, out, frames);
 }
 
-void processInterleaved(const StageView* views, int channels, const float* in, float* out,
+void processInterleaved(const ChannelView* views, int channels, const float* in, float* out,
                         unsigned int frames) noexcept {
     runInterleaved<Ymm8, Ymm4, Xmm2>(views, channels, in, out, frames);
 }

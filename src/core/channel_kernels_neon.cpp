@@ -6,12 +6,12 @@
 
 namespace Mivora::detail::neon {
 
-void processPlanar(const StageView* views, int channels, const float* const* in, float* const* out,
+void processPlanar(const ChannelView* views, int channels, const float* const* in, float* const* out,
                    unsigned int frames) noexcept {
     runPlanar<Neon4, Neon2>(views, channels, in, out, frames);
 }
 
-void processInterleaved(const StageView* views, int channels, const float* in, float* out,
+void processInterleaved(const ChannelView* views, int channels, const float* in, float* out,
                         unsigned int frames) noexcept {
     runInterleaved<Neon4, Neon2>(views, channels, in, out, frames);
 }

@@ -7,12 +7,12 @@
 
 namespace Mivora::detail::portable {
 
-void processPlanar(const StageView* views, int channels, const float* const* in, float* const* out,
+void processPlanar(const ChannelView* views, int channels, const float* const* in, float* const* out,
                    unsigned int frames) noexcept {
     runPlanar<PlainLanes<4>>(views, channels, in, out, frames);
 }
 
-void processInterleaved(const StageView* views, int channels, const float* in, float* out,
+void processInterleaved(const ChannelView* views, int channels, const float* in, float* out,
                         unsigned int frames) noexcept {
     runInterleaved<PlainLanes<4>>(views, channels, in, out, frames);
 }

@@ -12,6 +12,9 @@
 
 #include <immintrin.h>
 
+#include "channel_cascade.hpp"  // DoubleOf
+#include "section_kernels.hpp"  // MIVORA_KERNEL_INLINE
+
 namespace Mivora::detail {
 namespace {  // internal linkage: see section_kernels.hpp
 
@@ -62,7 +65,7 @@ inline __m256d firstOf4(const double* p) noexcept {
 // Rows of four lanes to columns: lane l of cols[i] is rows[l][at + i]. Four
 // columns at a time, each four a 4 x 4 transposition.
 template <int N>
-inline void columns4(const double* const* rows, int at, __m256d* cols) noexcept {
+MIVORA_KERNEL_INLINE void columns4(const double* const* rows, int at, __m256d* cols) noexcept {
     if constexpr (N > 4) {
         columns4<4>(rows, at, cols);
         columns4<N - 4>(rows, at + 4, cols + 4);
@@ -79,7 +82,7 @@ inline void columns4(const double* const* rows, int at, __m256d* cols) noexcept 
 
 // The reverse, for N = 2 or 4 columns: rows[l][i] = lane l of cols[i].
 template <int N>
-inline void rows4(double* const* rows, const __m256d* cols) noexcept {
+MIVORA_KERNEL_INLINE void rows4(double* const* rows, const __m256d* cols) noexcept {
     static_assert(N == 2 || N == 4, "two or four columns");
     const __m256d c2 = N == 4 ? cols[2] : _mm256_setzero_pd(), c3 = N == 4 ? cols[3] : _mm256_setzero_pd();
     const __m256d t0 = _mm256_unpacklo_pd(cols[0], cols[1]), t1 = _mm256_unpackhi_pd(cols[0], cols[1]);  // a0 a1 c0 c1, b0 b1 d0 d1
@@ -110,7 +113,7 @@ struct Xmm2 {
     static Xmm2 generate(F f) noexcept { return {_mm_set_pd(f(1), f(0))}; }
     void store(double* p) const noexcept { _mm_storeu_pd(p, v); }
     template <int N>
-    static void loadColumns(const double* const* rows, Xmm2 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadColumns(const double* const* rows, Xmm2 (&cols)[N]) noexcept {
         for (int i = 0; i + 1 < N; i += 2) {
             const __m128d a = _mm_loadu_pd(rows[0] + i), b = _mm_loadu_pd(rows[1] + i);
             cols[i].v = _mm_unpacklo_pd(a, b);
@@ -119,7 +122,7 @@ struct Xmm2 {
         if constexpr (N % 2 == 1) cols[N - 1].v = _mm_loadh_pd(_mm_load_sd(rows[0] + N - 1), rows[1] + N - 1);
     }
     template <int N>
-    static void storeColumns(double* const* rows, const Xmm2 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeColumns(double* const* rows, const Xmm2 (&cols)[N]) noexcept {
         static_assert(N % 2 == 0, "pairs of columns");
         for (int i = 0; i < N; i += 2) {
             _mm_storeu_pd(rows[0] + i, _mm_unpacklo_pd(cols[i].v, cols[i + 1].v));
@@ -136,13 +139,13 @@ struct Xmm2 {
         _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(_mm_cvtpd_ps(x.v)));
     }
     static void storeFloats(float* p, Xmm2 x, int) noexcept { _mm_store_ss(p, _mm_cvtpd_ps(x.v)); }
-    static void loadTile(const float* const* rows, Xmm2 (&frames)[2]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadTile(const float* const* rows, Xmm2 (&frames)[2]) noexcept {
         // (a0 b0 a1 b1): frame 0 in the low half, frame 1 in the high one.
         const __m128 t = _mm_unpacklo_ps(loadFloatsRaw(rows[0]), loadFloatsRaw(rows[1]));
         frames[0].v = _mm_cvtps_pd(t);
         frames[1].v = _mm_cvtps_pd(_mm_movehl_ps(t, t));
     }
-    static void storeTile(float* const* rows, const Xmm2 (&frames)[2]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeTile(float* const* rows, const Xmm2 (&frames)[2]) noexcept {
         // (a0 a1 b0 b1): row 0 in the low half, row 1 in the high one.
         const __m128 t = _mm_unpacklo_ps(_mm_cvtpd_ps(frames[0].v), _mm_cvtpd_ps(frames[1].v));
         _mm_storel_pi(reinterpret_cast<__m64*>(rows[0]), t);
@@ -172,13 +175,13 @@ struct Ymm4 {
     static Ymm4 generate(F f) noexcept { return {_mm256_set_pd(f(3), f(2), f(1), f(0))}; }
     void store(double* p) const noexcept { _mm256_storeu_pd(p, v); }
     template <int N>
-    static void loadColumns(const double* const* rows, Ymm4 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadColumns(const double* const* rows, Ymm4 (&cols)[N]) noexcept {
         __m256d c[N];
         columns4<N>(rows, 0, c);
         for (int i = 0; i < N; ++i) cols[i].v = c[i];
     }
     template <int N>
-    static void storeColumns(double* const* rows, const Ymm4 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeColumns(double* const* rows, const Ymm4 (&cols)[N]) noexcept {
         __m256d c[N];
         for (int i = 0; i < N; ++i) c[i] = cols[i].v;
         rows4<N>(rows, c);
@@ -192,7 +195,7 @@ struct Ymm4 {
     static void storeFloats(float* p, Ymm4 x, int active) noexcept {
         _mm_maskstore_ps(p, firstLanes4(active), _mm256_cvtpd_ps(x.v));
     }
-    static void loadTile(const float* const* rows, Ymm4 (&frames)[4]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadTile(const float* const* rows, Ymm4 (&frames)[4]) noexcept {
         __m128 r0 = _mm_loadu_ps(rows[0]), r1 = _mm_loadu_ps(rows[1]);
         __m128 r2 = _mm_loadu_ps(rows[2]), r3 = _mm_loadu_ps(rows[3]);
         _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
@@ -201,7 +204,7 @@ struct Ymm4 {
         frames[2].v = _mm256_cvtps_pd(r2);
         frames[3].v = _mm256_cvtps_pd(r3);
     }
-    static void storeTile(float* const* rows, const Ymm4 (&frames)[4]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeTile(float* const* rows, const Ymm4 (&frames)[4]) noexcept {
         __m128 r0 = _mm256_cvtpd_ps(frames[0].v), r1 = _mm256_cvtpd_ps(frames[1].v);
         __m128 r2 = _mm256_cvtpd_ps(frames[2].v), r3 = _mm256_cvtpd_ps(frames[3].v);
         _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
@@ -214,6 +217,18 @@ struct Ymm4 {
 
 inline Ymm4 mul(Ymm4 a, Ymm4 b) noexcept { return {productOf(a.v, b.v)}; }
 inline Ymm4 mulAdd(Ymm4 a, Ymm4 b, Ymm4 c) noexcept { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
+
+// Two lanes beside two more, for the paired sections of two channels
+// (channel_cascade.hpp): lo in lanes 0-1, hi in lanes 2-3.
+inline Ymm4 joinLanes(Xmm2 lo, Xmm2 hi) noexcept {
+    return {_mm256_insertf128_pd(_mm256_castpd128_pd256(lo.v), hi.v, 1)};
+}
+inline Xmm2 lowLanes(Ymm4 x) noexcept { return {_mm256_castpd256_pd128(x.v)}; }
+inline Xmm2 highLanes(Ymm4 x) noexcept { return {_mm256_extractf128_pd(x.v, 1)}; }
+template <>
+struct DoubleOf<Xmm2> {
+    using type = Ymm4;
+};
 
 // Eight lanes in two registers: lanes 0-3 in lo, 4-7 in hi.
 struct Ymm8 {
@@ -236,14 +251,14 @@ struct Ymm8 {
         _mm256_storeu_pd(p + 4, hi);
     }
     template <int N>
-    static void loadColumns(const double* const* rows, Ymm8 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadColumns(const double* const* rows, Ymm8 (&cols)[N]) noexcept {
         __m256d lo[N], hi[N];
         columns4<N>(rows, 0, lo);
         columns4<N>(rows + 4, 0, hi);
         for (int i = 0; i < N; ++i) cols[i] = {lo[i], hi[i]};
     }
     template <int N>
-    static void storeColumns(double* const* rows, const Ymm8 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeColumns(double* const* rows, const Ymm8 (&cols)[N]) noexcept {
         __m256d lo[N], hi[N];
         for (int i = 0; i < N; ++i) lo[i] = cols[i].lo, hi[i] = cols[i].hi;
         rows4<N>(rows, lo);
@@ -264,13 +279,13 @@ struct Ymm8 {
     static void storeFloats(float* p, Ymm8 x, int active) noexcept {
         _mm256_maskstore_ps(p, firstLanes8(active), narrow(x));
     }
-    static void loadTile(const float* const* rows, Ymm8 (&frames)[8]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadTile(const float* const* rows, Ymm8 (&frames)[8]) noexcept {
         __m256 r[8];
         for (int l = 0; l < 8; ++l) r[l] = _mm256_loadu_ps(rows[l]);
         transpose8(r);
         for (int f = 0; f < 8; ++f) frames[f] = widen(r[f]);
     }
-    static void storeTile(float* const* rows, const Ymm8 (&frames)[8]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeTile(float* const* rows, const Ymm8 (&frames)[8]) noexcept {
         __m256 r[8];
         for (int f = 0; f < 8; ++f) r[f] = narrow(frames[f]);
         transpose8(r);

@@ -10,6 +10,8 @@
 
 #include <immintrin.h>
 
+#include "section_kernels.hpp"  // MIVORA_KERNEL_INLINE
+
 #include "lanes_avx.hpp"
 
 namespace Mivora::detail {
@@ -34,7 +36,7 @@ inline __m256d highHalf(__m512d x) noexcept { return _mm512_maskz_extractf64x4_p
 // columns at a time: rows paired in registers (a c), (b d), (e g), (f h),
 // their halves holding four values each, then interleaved.
 template <int N>
-inline void columns8(const double* const* rows, int at, __m512d* cols) noexcept {
+MIVORA_KERNEL_INLINE void columns8(const double* const* rows, int at, __m512d* cols) noexcept {
     if constexpr (N > 4) {
         columns8<4>(rows, at, cols);
         columns8<N - 4>(rows, at + 4, cols + 4);
@@ -53,7 +55,7 @@ inline void columns8(const double* const* rows, int at, __m512d* cols) noexcept 
 
 // The reverse, for N = 2 or 4 columns: rows[l][i] = lane l of cols[i].
 template <int N>
-inline void rows8(double* const* rows, const __m512d* cols) noexcept {
+MIVORA_KERNEL_INLINE void rows8(double* const* rows, const __m512d* cols) noexcept {
     static_assert(N == 2 || N == 4, "two or four columns");
     const __m512d c2 = N == 4 ? cols[2] : _mm512_setzero_pd(), c3 = N == 4 ? cols[3] : _mm512_setzero_pd();
     const __m512i lo = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11), hi = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
@@ -91,13 +93,13 @@ struct Zmm8 {
     static Zmm8 generate(F f) noexcept { return {_mm512_set_pd(f(7), f(6), f(5), f(4), f(3), f(2), f(1), f(0))}; }
     void store(double* p) const noexcept { _mm512_storeu_pd(p, v); }
     template <int N>
-    static void loadColumns(const double* const* rows, Zmm8 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadColumns(const double* const* rows, Zmm8 (&cols)[N]) noexcept {
         __m512d c[N];
         columns8<N>(rows, 0, c);
         for (int i = 0; i < N; ++i) cols[i].v = c[i];
     }
     template <int N>
-    static void storeColumns(double* const* rows, const Zmm8 (&cols)[N]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeColumns(double* const* rows, const Zmm8 (&cols)[N]) noexcept {
         __m512d c[N];
         for (int i = 0; i < N; ++i) c[i] = cols[i].v;
         rows8<N>(rows, c);
@@ -116,13 +118,13 @@ struct Zmm8 {
     static void storeFloats(float* p, Zmm8 x, int active) noexcept {
         _mm512_mask_storeu_ps(p, firstLanes(active), _mm512_castps256_ps512(narrow8(x.v)));
     }
-    static void loadTile(const float* const* rows, Zmm8 (&frames)[8]) noexcept {
+    MIVORA_KERNEL_INLINE static void loadTile(const float* const* rows, Zmm8 (&frames)[8]) noexcept {
         __m256 r[8];
         for (int l = 0; l < 8; ++l) r[l] = _mm256_loadu_ps(rows[l]);
         transpose8(r);
         for (int f = 0; f < 8; ++f) frames[f].v = widen8(r[f]);
     }
-    static void storeTile(float* const* rows, const Zmm8 (&frames)[8]) noexcept {
+    MIVORA_KERNEL_INLINE static void storeTile(float* const* rows, const Zmm8 (&frames)[8]) noexcept {
         __m256 r[8];
         for (int f = 0; f < 8; ++f) r[f] = narrow8(frames[f].v);
         transpose8(r);
@@ -133,6 +135,16 @@ struct Zmm8 {
 // The rounded product as a fused multiply-add of -0.0, as in lanes_avx.hpp.
 inline Zmm8 mul(Zmm8 a, Zmm8 b) noexcept { return {_mm512_fmadd_pd(a.v, b.v, _mm512_set1_pd(-0.0))}; }
 inline Zmm8 mulAdd(Zmm8 a, Zmm8 b, Zmm8 c) noexcept { return {_mm512_fmadd_pd(a.v, b.v, c.v)}; }
+
+// Four lanes beside four more, for the paired sections of four channels
+// (channel_cascade.hpp): lo in lanes 0-3, hi in lanes 4-7.
+inline Zmm8 joinLanes(Ymm4 lo, Ymm4 hi) noexcept { return {halves(lo.v, hi.v)}; }
+inline Ymm4 lowLanes(Zmm8 x) noexcept { return {lowHalf(x.v)}; }
+inline Ymm4 highLanes(Zmm8 x) noexcept { return {highHalf(x.v)}; }
+template <>
+struct DoubleOf<Ymm4> {
+    using type = Zmm8;
+};
 
 }  // namespace
 }  // namespace Mivora::detail
