@@ -42,6 +42,32 @@ void runPairs(const float* in, float* out, unsigned int count, Stage&... stage) 
     }
 }
 
+// The same with the last stage one pair behind in program order: the
+// processor issues the oldest ready operation first, and the last stage's
+// work on pair n - 1 becomes ready just as the feedback of pair n does. Left
+// in order, it would win the multiply-add units from that feedback, the
+// block's critical path, about one cycle in ten. Outputs are written a pair
+// behind the inputs: in place works.
+template <class P, class Last, class... Stage>
+void runPairsTrailing(const float* in, float* out, unsigned int count, Last& last, Stage&... stage) noexcept {
+    if (count < 4) return runPairs<P>(in, out, count, stage..., last);
+    P held = P::load2(in);
+    ((held = stage.stepPair(held)), ...);
+    unsigned int i = 2;
+    for (; i + 2 <= count; i += 2) {
+        P x = P::load2(in + i);
+        ((x = stage.stepPair(x)), ...);
+        P::storePair(out + i - 2, last.stepPair(held));
+        held = x;
+    }
+    P::storePair(out + i - 2, last.stepPair(held));
+    if (i < count) {
+        double x = static_cast<double>(in[i]);
+        ((x = stage.step(x)), ...);
+        out[i] = static_cast<float>(last.step(x));
+    }
+}
+
 // How many samples section 1 trails section 0 in the two-section kernel.
 // Section 1 needs section 0's output from kLag samples back. With a lag of 3
 // that output (plus the shuffle that puts it in place) has several cycles to
@@ -151,7 +177,7 @@ void runStages(const StageView& v, const float* in, float* out, unsigned int cou
         runPairs<P>(in, out, count, f);
     } else if constexpr (Sections == 1) {
         PairedSection<P> s0(v.coef, v.delay);
-        if constexpr (WithFirst) runPairs<P>(in, out, count, s0, f);
+        if constexpr (WithFirst) runPairsTrailing<P>(in, out, count, f, s0);
         else runPairs<P>(in, out, count, s0);
         s0.store(v.delay);
     } else if (count >= kMinPairedBlock) {
@@ -163,8 +189,8 @@ void runStages(const StageView& v, const float* in, float* out, unsigned int cou
     } else {
         PairedSection<P> s0(v.coef, v.delay);
         PairedSection<P> s1(v.coef + 5, v.delay + 4);
-        if constexpr (WithFirst) runPairs<P>(in, out, count, s0, s1, f);
-        else runPairs<P>(in, out, count, s0, s1);
+        if constexpr (WithFirst) runPairsTrailing<P>(in, out, count, f, s0, s1);
+        else runPairsTrailing<P>(in, out, count, s1, s0);
         s0.store(v.delay);
         s1.store(v.delay + 4);
     }
