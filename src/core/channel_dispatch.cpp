@@ -17,7 +17,7 @@ bool cpuRunsAvx2() noexcept {
 
 bool cpuRunsAvx512() noexcept {
 #if defined(MIVORA_HAVE_X86_CHANNEL_KERNELS)
-    return __builtin_cpu_supports("avx512f") && cpuRunsAvx2();
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") && cpuRunsAvx2();
 #else
     return false;
 #endif
