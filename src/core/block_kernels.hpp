@@ -50,7 +50,7 @@ void runPairs(const float* in, float* out, unsigned int count, Stage&... stage) 
 // behind the inputs: in place works.
 template <class P, class Last, class... Stage>
 void runPairsTrailing(const float* in, float* out, unsigned int count, Last& last, Stage&... stage) noexcept {
-    if (count < 4) return runPairs<P>(in, out, count, stage..., last);
+    if (count < 2) return runPairs<P>(in, out, count, stage..., last);  // no pair to hold
     P held = P::load2(in);
     ((held = stage.stepPair(held)), ...);
     unsigned int i = 2;
