@@ -1,6 +1,7 @@
-// The channel kernels for x86-64 with AVX-512F (this file alone gets
-// -mavx512f -mavx2 -mfma): groups of eight channels in one 512-bit
-// register, up to four in a 256-bit one.
+// The channel kernels for x86-64 with AVX-512F and VL (this file alone gets
+// -mavx512f -mavx512vl -mavx2 -mfma): groups of eight channels in one
+// 512-bit register, up to four in a 256-bit one; VL lets the narrower
+// registers use all 32 vector registers.
 //
 // Nothing with external linkage may be defined here but the two entry
 // points (see kernels_x86_fma.cpp); a test checks the exported symbols.

@@ -30,7 +30,7 @@ struct ChannelView {
 enum class ChannelPath {
     portable,   // plain C++, built for the baseline of the target
     x86Avx2,    // x86-64, AVX2 and FMA3: 4 lanes per register
-    x86Avx512,  // x86-64, AVX-512F: 8 lanes per register
+    x86Avx512,  // x86-64, AVX-512F and VL: 8 lanes per register
     neon,       // AArch64 Advanced SIMD: 2 lanes per register
 };
 
