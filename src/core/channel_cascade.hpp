@@ -60,8 +60,7 @@ struct ChannelCascade {
     using Tiles = L[Lag / W][W];
 
     // Frame j of a turn: section 0 on input j, section 1 on section 0's
-    // output of Lag frames before. The first-order section then takes the
-    // turn's outputs in order.
+    // output of Lag frames before.
     template <unsigned int j>
     MIVORA_KERNEL_INLINE static void frame(PairedSections<D, Lag>& q, const Tiles& in, Tiles& out) noexcept {
         constexpr unsigned int back1 = (j + Lag - 1) % Lag, back2 = (j + Lag - 2) % Lag;
@@ -72,10 +71,14 @@ struct ChannelCascade {
         out[j / W][j % W] = highLanes(q.r[j]);
     }
     template <unsigned int... j>
-    MIVORA_KERNEL_INLINE static void turn(PairedSections<D, Lag>& q, Stages& st, const Tiles& in, Tiles& out,
+    MIVORA_KERNEL_INLINE static void turn(PairedSections<D, Lag>& q, const Tiles& in, Tiles& out,
                                           std::integer_sequence<unsigned int, j...>) noexcept {
         (frame<j>(q, in, out), ...);
-        if constexpr (First) ((out[j / W][j % W] = st.f.step(out[j / W][j % W])), ...);
+    }
+    // The first-order section on a turn's outputs, in order.
+    template <unsigned int... j>
+    MIVORA_KERNEL_INLINE static void firstOrder(Stages& st, Tiles& t, std::integer_sequence<unsigned int, j...>) noexcept {
+        ((t[j / W][j % W] = st.f.step(t[j / W][j % W])), ...);
     }
 
     // frames >= kMinChannelCascadeBlock.
@@ -101,13 +104,35 @@ struct ChannelCascade {
         q.r[Lag - 2] = joinLanes(head[Lag - 2], s1.y2);
         q.r[Lag - 1] = joinLanes(head[Lag - 1], s1.y1);
 
+        constexpr auto frameSeq = std::make_integer_sequence<unsigned int, Lag>{};
         unsigned int i = Lag;  // a multiple of Lag throughout: r[k] is Y(i - Lag + k)
-        for (; i + Lag <= frames; i += Lag) {
+        if constexpr (First) {
+            // The first-order section takes a turn's outputs after the next
+            // turn's sections, in program order: the processor issues the
+            // oldest ready operation first, and its work would otherwise
+            // become ready together with the next turn's feedback and
+            // delay it. Outputs trail the inputs by two turns.
             for (unsigned int t = 0; t < Lag / W; ++t) io.load(in[t], i + t * W);
-            turn(q, st, in, out, std::make_integer_sequence<unsigned int, Lag>{});
-            // Outputs trail the inputs by Lag frames, read a turn ago: in
-            // place works.
-            for (unsigned int t = 0; t < Lag / W; ++t) io.store(out[t], i - Lag + t * W);
+            turn(q, in, out, frameSeq);
+            for (i += Lag; i + Lag <= frames; i += Lag) {
+                Tiles held;
+                for (unsigned int t = 0; t < Lag / W; ++t) io.load(in[t], i + t * W);
+                turn(q, in, held, frameSeq);
+                firstOrder(st, out, frameSeq);
+                for (unsigned int t = 0; t < Lag / W; ++t) io.store(out[t], i - 2 * Lag + t * W);
+                for (unsigned int t = 0; t < Lag / W; ++t)
+                    for (int k = 0; k < W; ++k) out[t][k] = held[t][k];
+            }
+            firstOrder(st, out, frameSeq);
+            for (unsigned int t = 0; t < Lag / W; ++t) io.store(out[t], i - 2 * Lag + t * W);
+        } else {
+            for (; i + Lag <= frames; i += Lag) {
+                for (unsigned int t = 0; t < Lag / W; ++t) io.load(in[t], i + t * W);
+                turn(q, in, out, frameSeq);
+                // Outputs trail the inputs by Lag frames, read a turn ago: in
+                // place works.
+                for (unsigned int t = 0; t < Lag / W; ++t) io.store(out[t], i - Lag + t * W);
+            }
         }
         finish(q, st, io, i, frames);
         st.store(g);
