@@ -83,7 +83,7 @@ struct ChannelCascade {
 
     // frames >= kMinChannelCascadeBlock.
     template <class IO>
-    static void run(const LaneGroup<W>& g, IO& io, unsigned int frames) noexcept {
+    MIVORA_KERNEL_OUTLINE static void run(const LaneGroup<W>& g, IO& io, unsigned int frames) noexcept {
         Stages st;
         st.load(g);
         Tiles in, out;
@@ -139,9 +139,11 @@ struct ChannelCascade {
     }
 
     // Back to two sections of W lanes: section 0 takes the last few inputs,
-    // then section 1 catches up on everything section 0 produced ahead.
+    // then section 1 catches up on everything section 0 produced ahead. The
+    // paired state comes by value: taken by reference, the loop kept a copy
+    // of it in memory up to date on every turn.
     template <class IO>
-    static void finish(const PairedSections<D, Lag>& q, Stages& st, IO& io, unsigned int i,
+    MIVORA_KERNEL_INLINE static void finish(PairedSections<D, Lag> q, Stages& st, IO& io, unsigned int i,
                        unsigned int frames) noexcept {
         LaneSection<L>&s0 = st.s0, &s1 = st.s1;
         s0.x1 = lowLanes(q.x1), s0.x2 = lowLanes(q.x2), s0.y1 = lowLanes(q.r[Lag - 1]), s0.y2 = lowLanes(q.r[Lag - 2]);

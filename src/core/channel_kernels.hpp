@@ -35,7 +35,7 @@ namespace {  // internal linkage: see section_kernels.hpp
 // then the rest. IO moves the group's samples between the caller's buffer
 // and frame vectors (lane l: the group's channel l at one frame).
 template <class L, int Sections, bool First, bool Masked, class IO>
-void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+MIVORA_KERNEL_OUTLINE void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     constexpr int W = L::width;
     LaneStages<L, Sections, First, Masked, IO::full> st;
     st.load(g);
@@ -56,7 +56,8 @@ void runGroup(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcep
 }
 
 template <class L, int Sections, bool First, class IO>
-void runGroupMaybeMasked(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+MIVORA_KERNEL_INLINE void runGroupMaybeMasked(bool masked, const LaneGroup<L::width>& g, IO& io,
+                                              unsigned int frames) noexcept {
     if (masked) runGroup<L, Sections, First, true>(g, io, frames);
     else runGroup<L, Sections, First, false>(g, io, frames);
 }
@@ -64,7 +65,8 @@ void runGroupMaybeMasked(bool masked, const LaneGroup<L::width>& g, IO& io, unsi
 // Two second-order sections: in one register of twice the lanes where the
 // lane type has one, the group is unmasked and the block long enough.
 template <class L, bool First, class IO>
-void runTwoSections(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+MIVORA_KERNEL_INLINE void runTwoSections(bool masked, const LaneGroup<L::width>& g, IO& io,
+                                         unsigned int frames) noexcept {
     if constexpr (hasDoubleLanes<L>) {
         if (!masked && frames >= kMinChannelCascadeBlock) {
             return ChannelCascade<L, First, IO::full>::run(g, io, frames);
@@ -75,7 +77,7 @@ void runTwoSections(bool masked, const LaneGroup<L::width>& g, IO& io, unsigned 
 
 // The union of the group's stage sets, masked where a channel lacks a stage.
 template <class L, class IO>
-void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
+MIVORA_KERNEL_INLINE void runGroupStages(const LaneGroup<L::width>& g, IO& io, unsigned int frames) noexcept {
     // Masked exactly when some channel's stages differ from the first one's.
     const ChannelView* v = g.views;
     int stages = v[0].stages;
@@ -134,17 +136,25 @@ struct InterleavedIO {
 // One buffer per channel: in[l], out[l] for the group's lanes l < active.
 // Tiles of W frames of every lane are transposed into frame vectors; lanes
 // without a channel read zeros and write to scratch. Full: all W lanes hold
-// channels, and no lane is tested.
+// channels, and no lane is tested. The group's row pointers are copied in:
+// read through the caller's array, each would be two dependent loads per
+// tile, redone after every store to the samples (which may alias it).
 template <class L, bool Full>
 struct PlanarIO {
     static constexpr int W = L::width;
     static constexpr bool full = Full;
-    const float* const* in;
-    float* const* out;
+    const float* in[W] = {};
+    float* out[W] = {};
     int active;
     float zeros[W] = {};
     float scratch[W] = {};
 
+    PlanarIO(const float* const* inRows, float* const* outRows, int activeLanes) noexcept : active(activeLanes) {
+        for (int l = 0; l < activeLanes; ++l) {
+            in[l] = inRows[l];
+            out[l] = outRows[l];
+        }
+    }
     MIVORA_KERNEL_INLINE bool holds(int l) const noexcept { return Full || l < active; }
     MIVORA_KERNEL_INLINE void load(L (&x)[W], unsigned int n) const noexcept {
         const float* rows[W];
@@ -178,9 +188,10 @@ struct PlanarIO {
 
 // (out is written through the IO object, which the check does not follow.)
 template <class L>
-void interleavedGroup(const ChannelView* ch, int firstChannel, int active, int channels, const float* in,
-                      float* out,  // NOLINT(readability-non-const-parameter)
-                      unsigned int frames) noexcept {
+MIVORA_KERNEL_INLINE void interleavedGroup(const ChannelView* ch, int firstChannel, int active, int channels,
+                                           const float* in,
+                                           float* out,  // NOLINT(readability-non-const-parameter)
+                                           unsigned int frames) noexcept {
     const LaneGroup<L::width> g{ch + firstChannel, active};
     const std::size_t stride = static_cast<std::size_t>(channels);
     if (active == L::width) {
@@ -193,8 +204,8 @@ void interleavedGroup(const ChannelView* ch, int firstChannel, int active, int c
 }
 
 template <class L>
-void planarGroup(const ChannelView* ch, int firstChannel, int active, const float* const* in, float* const* out,
-                 unsigned int frames) noexcept {
+MIVORA_KERNEL_INLINE void planarGroup(const ChannelView* ch, int firstChannel, int active, const float* const* in,
+                                      float* const* out, unsigned int frames) noexcept {
     const LaneGroup<L::width> g{ch + firstChannel, active};
     if (active == L::width) {
         PlanarIO<L, true> io{in + firstChannel, out + firstChannel, active};
@@ -208,10 +219,14 @@ void planarGroup(const ChannelView* ch, int firstChannel, int active, const floa
 // The channels in groups, each of the narrowest lane type that holds what
 // is left, or of the widest while more is left than the next one holds: few
 // channels do not pay for a wide register's work. Lanes: widest first.
+// The way from the entry point down to a group's kernel is inlined into one
+// function: every instruction between two calls' feedback chains delays the
+// second call's chain once the first call's work fills the reorder window,
+// and a call of a few dozen frames feels each such layer.
 template <class Wide, class... Narrower>
 struct LaneTypes {
     template <class Group>
-    static void forEachGroup(int firstChannel, int channels, Group& group) noexcept {
+    MIVORA_KERNEL_INLINE static void forEachGroup(int firstChannel, int channels, Group& group) noexcept {
         for (int c = firstChannel; c < channels;) {
             const int left = channels - c;
             if constexpr (sizeof...(Narrower) > 0) {

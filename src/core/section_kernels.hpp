@@ -19,6 +19,15 @@
 #define MIVORA_KERNEL_INLINE inline
 #endif
 
+// Keeps a block loop in a function of its own: inlined into a dispatcher
+// with many others, it shares one register allocation and stack frame with
+// them, and its loop slows.
+#if defined(__GNUC__)
+#define MIVORA_KERNEL_OUTLINE __attribute__((noinline))
+#else
+#define MIVORA_KERNEL_OUTLINE
+#endif
+
 namespace Mivora::detail {
 
 // Each kernel translation unit is compiled for its own instruction set, so
