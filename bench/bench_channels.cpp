@@ -6,7 +6,6 @@
 #include <mivora/IirChannels.h>
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,23 +35,18 @@ void perChannelSample(benchmark::State& st, double items) {
 // start otherwise varies from run to run and moves the planar figures by
 // up to a fifth.
 struct Buffers {
-    std::vector<float> sourceStore, workStore;
+    LineBuffer sourceStore, workStore;
     float *source, *work;
     std::vector<const float*> in;
     std::vector<float*> out;
 
-    static float* lineStart(std::vector<float>& v) {
-        void* p = v.data();
-        std::size_t room = v.size() * sizeof(float);
-        return static_cast<float*>(std::align(64, sizeof(float), p, room));
-    }
-    Buffers(int channels, unsigned block) {
+    Buffers(int channels, unsigned block)
+        : sourceStore(static_cast<std::size_t>(channels) * block),
+          workStore(static_cast<std::size_t>(channels) * block),
+          source(sourceStore.data()),
+          work(workStore.data()) {
         const std::size_t n = static_cast<std::size_t>(channels) * block;
         const std::vector<float> samples = noise(n, 5);
-        sourceStore.resize(n + 16);
-        workStore.resize(n + 16);
-        source = lineStart(sourceStore);
-        work = lineStart(workStore);
         std::copy(samples.begin(), samples.end(), source);
         for (int c = 0; c < channels; ++c) {
             in.push_back(source + static_cast<std::size_t>(c) * block);

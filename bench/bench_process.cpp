@@ -23,15 +23,17 @@ int orderArg(const benchmark::State& st) { return static_cast<int>(st.range(0));
 unsigned blockArg(const benchmark::State& st) { return static_cast<unsigned>(st.range(1)); }
 
 // In place, on fresh input each turn (refiltering its own output would drift
-// towards silence or overflow). The copy costs about 1% at block 64.
+// towards silence or overflow), in a buffer that starts on a cache line. The
+// copy costs about 1% at block 64.
 template <class Run>
 void inPlaceBlocks(benchmark::State& st, const std::vector<float>& src, Run&& run) {
     const unsigned block = static_cast<unsigned>(src.size());
-    std::vector<float> buf(block);
+    LineBuffer line(block);
+    float* buf = line.data();
     for (auto _ : st) {
-        std::copy(src.begin(), src.end(), buf.begin());
-        run(buf.data(), block);
-        benchmark::DoNotOptimize(buf.data());
+        std::copy(src.begin(), src.end(), buf);
+        run(buf, block);
+        benchmark::DoNotOptimize(buf);
         benchmark::ClobberMemory();
     }
     perItem(st, block, "ns/sample");

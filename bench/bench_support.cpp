@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <random>
 
 #include "iir_process_access.hpp"
@@ -20,6 +21,12 @@ void peakingSection(double freq, double gainDb, double q, double* c) {
 }
 
 }  // namespace
+
+LineBuffer::LineBuffer(std::size_t n) : store(n + 16) {
+    void* p = store.data();
+    std::size_t room = store.size() * sizeof(float);
+    start = static_cast<float*>(std::align(64, n * sizeof(float), p, room));
+}
 
 IirProcess busyFilter(int order) {
     std::array<double, 13> c{};

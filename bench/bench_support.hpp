@@ -5,6 +5,7 @@
 
 #include <mivora/IirProcess.h>
 
+#include <cstddef>
 #include <vector>
 
 #include "plain_filter.hpp"
@@ -21,6 +22,20 @@ IirProcess busyFilter(int order);
 using mivora_test::noise;
 using mivora_test::plainCopy;
 using mivora_test::PlainFilter;
+
+// Room for n floats starting on a cache line, as audio buffers usually do.
+// Where a buffer starts moves block-64 figures by up to a tenth: one that
+// starts 48 bytes into a line and was just filled by std::copy (whose wide
+// stores then straddle lines) delays the first loads of the next block.
+class LineBuffer {
+public:
+    explicit LineBuffer(std::size_t n);
+    float* data() noexcept { return start; }
+
+private:
+    std::vector<float> store;
+    float* start;
+};
 
 // Whether the reference loops below can run here (they use FMA3 on x86-64).
 bool referenceLoopsRun();
