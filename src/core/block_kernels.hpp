@@ -154,16 +154,19 @@ struct PairedCascade {
         // then section 1 catches up on everything section 0 produced ahead.
         s0.x1 = q.x1.lo(); s0.x2 = q.x2.lo(); s0.y1 = q.r[Lag - 1].lo(); s0.y2 = q.r[Lag - 2].lo();
         s1.x1 = q.x1.hi(); s1.x2 = q.x2.hi(); s1.y1 = q.r[Lag - 1].hi(); s1.y2 = q.r[Lag - 2].hi();
-        double pending[Lag + turn];
+        double pending[turn];
         unsigned int m = 0;
-        for (; m < Lag; ++m) pending[m] = q.r[m].lo();
         for (; i < count; ++i) pending[m++] = s0.step(static_cast<double>(in[i]));
-        float* o = out + (count - m);
-        for (unsigned int k = 0; k < m; ++k) {
-            double z = s1.step(pending[k]);
+        float* o = out + (count - m - Lag);
+        auto tail = [&](double y0) {
+            double z = s1.step(y0);
             if constexpr (WithFirst) z = f.step(z);
-            o[k] = static_cast<float>(z);
-        }
+            *o++ = static_cast<float>(z);
+        };
+        // Section 0's outputs still in the pair, then the leftover's: the
+        // first straight from registers, with no copy through memory.
+        for (unsigned int k = 0; k < Lag; ++k) tail(q.r[k].lo());
+        for (unsigned int k = 0; k < m; ++k) tail(pending[k]);
     }
 };
 
