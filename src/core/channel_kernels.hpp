@@ -150,7 +150,7 @@ struct PlanarIO {
     float scratch[W] = {};
 
     PlanarIO(const float* const* inRows, float* const* outRows, int activeLanes) noexcept : active(activeLanes) {
-        for (int l = 0; l < activeLanes; ++l) {
+        for (int l = 0; l < (Full ? W : activeLanes); ++l) {
             in[l] = inRows[l];
             out[l] = outRows[l];
         }
