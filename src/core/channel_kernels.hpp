@@ -15,10 +15,13 @@
 // latencies; with the channels in lanes that latency is shared by all of
 // them. Channels go in groups of L::width lanes (fewer in the last), each
 // group a pass over the block with its state in registers.
+//
+// No standard algorithm templates (std::min, std::copy, ...) in the kernels:
+// their instances have external linkage, and one built for a wide
+// instruction set could be the copy the whole program ends up using.
 #ifndef MIVORA_CHANNEL_KERNELS_HPP
 #define MIVORA_CHANNEL_KERNELS_HPP
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -86,7 +89,8 @@ MIVORA_KERNEL_INLINE void runGroupStages(const LaneGroup<L::width>& g, IO& io, u
         masked = masked || v[l].stages != v[0].stages;
         // The union: stage sets order their sections by the bits above the
         // first one's.
-        stages = std::max(stages & ~1, v[l].stages & ~1) | ((stages | v[l].stages) & 1);
+        const int sections = stages & ~1, others = v[l].stages & ~1;
+        stages = (sections > others ? sections : others) | ((stages | v[l].stages) & 1);
     }
     switch (stages) {
         case 0: runGroup<L, 0, false, false>(g, io, frames); break;
@@ -171,7 +175,8 @@ struct PlanarIO {
         float tile[W][W] = {};
         const float* rows[W];
         for (int l = 0; l < W; ++l) {
-            if (l < active) std::copy(in[l] + n, in[l] + n + k, tile[l]);
+            if (l < active)
+                for (unsigned int j = 0; j < k; ++j) tile[l][j] = in[l][n + j];
             rows[l] = tile[l];
         }
         L::loadTile(rows, x);
@@ -181,7 +186,8 @@ struct PlanarIO {
         float* rows[W];
         for (int l = 0; l < W; ++l) rows[l] = tile[l];
         L::storeTile(rows, y);
-        for (int l = 0; l < active; ++l) std::copy(tile[l], tile[l] + k, out[l] + n);
+        for (int l = 0; l < active; ++l)
+            for (unsigned int j = 0; j < k; ++j) out[l][n + j] = tile[l][j];
     }
 };
 
@@ -232,7 +238,7 @@ struct LaneTypes {
             if constexpr (sizeof...(Narrower) > 0) {
                 if (left <= LaneTypes<Narrower...>::widest) return LaneTypes<Narrower...>::forEachGroup(c, channels, group);
             }
-            const int active = std::min(left, Wide::width);
+            const int active = left < Wide::width ? left : Wide::width;
             group(Wide{}, c, active);
             c += active;
         }
